@@ -1,0 +1,109 @@
+#include "commands/FigurePlan.h"
+
+#include <algorithm>
+
+#include "commands/LabelText.h"
+#include "drawing/BalloonSize.h"
+
+namespace zrfigure {
+namespace {
+
+constexpr double kClearancePx = 24;  ///< Between the model and the first row of labels.
+constexpr double kLabelGapPx = 12;
+constexpr double kMostOfRoom = 1.0 / 3;  ///< What the band may take on one side.
+constexpr int kMaxRings = 8;
+constexpr double kFill = 0.7;  ///< Share of the perimeter that labels can really use.
+
+std::string PropertyValue(const Model& model, const PlannedRow& row, const TemplateContent& content) {
+  const Product& product = model.products[row.product];
+  if (content.text == "System" && content.name == "zrITM") return JoinPath(row.path);
+  if (content.text == "System" && content.name == "zrQTY") return std::to_string(row.occurrences.size());
+  const auto found = product.properties.find(content.name == "zrTAG" ? "tag" : content.name);
+  if (content.name == "name" || found == product.properties.end()) {
+    return content.name == "name" ? product.name : std::string();
+  }
+  return found->second;
+}
+
+std::string LabelOf(const Model& model, const PlannedRow& row, const TemplateDefinition& definition) {
+  std::string label;
+  for (const TemplateContent& content : definition.contents) {
+    label += content.isProperty ? PropertyValue(model, row, content) : content.text;
+  }
+  return label;
+}
+
+/// What the boxes of the parts cover, by their corners: the extent that labels keep clear of.
+Box2 CornerBox(const OccurrenceTree& tree, const View& view) {
+  const Model& model = tree.GetModel();
+  std::vector<Box3> boxes(model.products.size());
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    for (const auto& position : model.products[i].mesh.positions) boxes[i].Add(ToVec3(position));
+  }
+  Box2 extent;
+  for (int leaf : tree.Leaves()) {
+    const Box3& box = boxes[model.occurrences[leaf].product];
+    for (unsigned corner = 0; corner < 8; ++corner) {
+      const Vec3 at{corner & 1 ? box.max.x : box.min.x, corner & 2 ? box.max.y : box.min.y,
+                    corner & 4 ? box.max.z : box.min.z};
+      const Vec3 pixel = view.ToPixel(TransformPoint(model.occurrences[leaf].toWorld, at));
+      extent.Add({pixel.x, pixel.y});
+    }
+  }
+  return extent;
+}
+
+Box2 InnerBox(const Box2& room, const LabelStock& labels, int rings) {
+  const double x = std::min(kClearancePx + rings * (labels.width + kLabelGapPx), room.Width() * kMostOfRoom);
+  const double y = std::min(kClearancePx + rings * (labels.height + kLabelGapPx), room.Height() * kMostOfRoom);
+  return {room.minX + x, room.minY + y, room.maxX - x, room.maxY - y};
+}
+
+double FitScale(const Box2& box, const Box2& target) {
+  const double wide = box.Width() > 0 ? target.Width() / box.Width() : 0;
+  const double high = box.Height() > 0 ? target.Height() / box.Height() : 0;
+  return wide > 0 && high > 0 ? std::min(wide, high) : std::max(wide, high);
+}
+
+/// Labels that fit round a box in that many rings.
+double Capacity(const Box2& box, double scale, const LabelStock& labels, int rings) {
+  const double perRing = 2 * box.Width() * scale / (labels.width + kLabelGapPx) +
+                         2 * box.Height() * scale / (labels.height + kLabelGapPx) + 4;
+  return kFill * rings * perRing;
+}
+
+}  // namespace
+
+LabelStock EstimateLabels(const Model& model, const std::vector<PlannedRow>& rows,
+                          const TemplateDefinition& definition, CalloutMode mode, const TextMeasure& text) {
+  LabelStock labels;
+  for (const PlannedRow& row : rows) {
+    const BalloonSize size = SizeBalloon(SplitLines(LabelOf(model, row, definition)), text);
+    labels.count += mode == CalloutMode::PerInstance ? row.occurrences.size() : 1;
+    labels.width = std::max(labels.width, size.width);
+    labels.height = std::max(labels.height, size.height);
+  }
+  return labels;
+}
+
+View PlanView(const OccurrenceTree& tree, const ViewDirection& direction, const Page& page, const Box2& room,
+              const LabelStock& labels) {
+  View view = FitView(tree.GetModel(), tree.Leaves(), direction, room, {page.WidthPx(), page.HeightPx()});
+  const Box2 extent = CornerBox(tree, view);
+  double scale = 0;
+  for (int rings = 1; rings <= kMaxRings; ++rings) {
+    scale = FitScale(extent, InnerBox(room, labels, rings));
+    if (static_cast<double>(labels.count) <= Capacity(extent, scale, labels, rings)) break;
+  }
+  if (scale <= 0) return view;
+  const Point2 off = extent.Centre() - view.centrePx;
+  view.scale *= scale;
+  view.centrePx = room.Centre() - off * scale;
+  return view;
+}
+
+TablePlace PlaceOfTable(const Page& page) {
+  return page.widthMm >= page.heightMm ? TablePlace::Beside : TablePlace::Under;
+}
+
+}  // namespace zrfigure

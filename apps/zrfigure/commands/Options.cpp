@@ -1,0 +1,229 @@
+#include "commands/Options.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <filesystem>
+
+#include <CLI/CLI.hpp>
+
+#include "commands/PageFormat.h"
+#include "commands/TemplateFile.h"
+
+#ifndef ZRFIGURE_VERSION
+#define ZRFIGURE_VERSION "unknown"
+#endif
+
+namespace zrfigure {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  zrfigure pump.step\n"
+    "  zrfigure pump.step -o pump.pdf --parts pump.csv --page A3\n"
+    "  zrfigure pump.glb --view front --template number-name --per-instance\n"
+    "  zrfigure pump.step --select 'bolt*' --select 'housing/**' --combine\n"
+    "  zrfigure pump.step --level 1 --numbering hierarchical --lang de\n";
+
+/// A figure smaller than this has no room for a model and its labels.
+constexpr double kMinInsideMm = 40;
+
+/// What the command line library fills in; checked and converted afterwards, so that all messages read alike.
+struct RawOptions {
+  std::string model, figure, parts;
+  std::string view = "iso", page = "A4", margin = "10";
+  std::string templateName = "number", numbering = "flat", language = "en", level;
+  std::vector<std::string> select, weld;
+  bool portrait = false, landscape = false;
+  bool perInstance = false, combine = false;
+  bool quiet = false, json = false, strict = false;
+};
+
+void DefineFiles(CLI::App& app, RawOptions& raw) {
+  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->group("Files");
+  app.add_option("-o,--output", raw.figure, "Figure to write: .svg .pdf .png (default: the model's name with .svg)")
+      ->type_name("FILE")
+      ->group("Files");
+  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json")->type_name("FILE")->group("Files");
+}
+
+void DefinePage(CLI::App& app, RawOptions& raw) {
+  const char* group = "View and page";
+  app.add_option("--view", raw.view, "iso, front, top, right, left, back, bottom or AZIMUTH,ELEVATION in degrees")
+      ->type_name("VIEW")
+      ->group(group);
+  app.add_option("--page", raw.page, "A4, A3, A2 or WIDTHxHEIGHT in mm")->type_name("SIZE")->group(group);
+  auto* portrait = app.add_flag("--portrait", raw.portrait, "Page standing")->group(group);
+  app.add_flag("--landscape", raw.landscape, "Page lying (default)")->excludes(portrait)->group(group);
+  app.add_option("--margin", raw.margin, "Margin of the page in mm (default 10)")->type_name("MM")->group(group);
+}
+
+void DefineCallouts(CLI::App& app, RawOptions& raw) {
+  const char* group = "Callouts";
+  app.add_option("--template", raw.templateName, "number, number-quantity, number-tag, number-name or a .json file")
+      ->type_name("TEMPLATE")
+      ->group(group);
+  auto* combine =
+      app.add_flag("--combine", raw.combine, "One callout an item with a leader to each part")->group(group);
+  app.add_flag("--per-instance", raw.perInstance, "A callout for each part")->excludes(combine)->group(group);
+  app.add_option("--select", raw.select, "Only instances whose name, product name or path matches; may be repeated")
+      ->type_name("GLOB")
+      ->allow_extra_args(false)
+      ->group(group);
+  app.add_option("--level", raw.level, "Instances at this depth (the root is 0) instead of leaf parts")
+      ->type_name("N")
+      ->group(group);
+  app.add_option("--numbering", raw.numbering, "flat or hierarchical")->type_name("KIND")->group(group);
+  app.add_option("--weld", raw.weld, "Products or instances that are weldments; may be repeated")
+      ->type_name("GLOB")
+      ->allow_extra_args(false)
+      ->group(group);
+  app.add_option("--lang", raw.language, "Language of texts: en, de, fr or ja")->type_name("LANG")->group(group);
+}
+
+void DefineReporting(CLI::App& app, RawOptions& raw) {
+  const char* group = "Reporting";
+  app.add_flag("--quiet", raw.quiet, "No progress, no summary")->group(group);
+  app.add_flag("--json", raw.json, "Print what was done as JSON")->group(group);
+  app.add_flag("--strict", raw.strict, "Exit with 1 when there are findings")->group(group);
+  app.set_help_flag("-h,--help", "Print this help")->group(group);
+  app.set_version_flag("--version", "zrfigure " ZRFIGURE_VERSION)->group(group);
+}
+
+/// Fails the conversion with "OPTION: MESSAGE".
+struct OptionError {
+  std::string text;
+};
+
+[[noreturn]] void Fail(const std::string& option, const std::string& message) {
+  throw OptionError{option + ": " + message};
+}
+
+void RequireOneOf(const std::string& option, const std::string& value, const std::vector<std::string>& allowed) {
+  if (std::find(allowed.begin(), allowed.end(), value) != allowed.end()) return;
+  std::string list;
+  for (std::size_t i = 0; i < allowed.size(); ++i) {
+    if (i > 0) list += i + 1 == allowed.size() ? " or " : ", ";
+    list += allowed[i];
+  }
+  Fail(option, "'" + value + "' is unknown: use " + list);
+}
+
+void RequireExtension(const std::string& option, const std::string& path, const std::vector<std::string>& allowed) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (extension.empty()) Fail(option, "'" + path + "' has no extension that tells the format");
+  RequireOneOf(option, extension, allowed);
+}
+
+std::vector<std::string> RequirePatterns(const std::string& option, const std::vector<std::string>& globs) {
+  for (const std::string& glob : globs) {
+    if (glob.empty()) Fail(option, "the pattern is empty");
+  }
+  return globs;
+}
+
+Page ConvertPage(const RawOptions& raw) {
+  std::optional<Orientation> orientation;
+  if (raw.portrait) orientation = Orientation::Portrait;
+  if (raw.landscape) orientation = Orientation::Landscape;
+  std::string error;
+  const auto format = ParsePageFormat(raw.page, orientation, error);
+  if (!format) Fail("--page", error);
+  const auto margin = ParseNumber(raw.margin);
+  if (!margin || *margin < 0) Fail("--margin", "'" + raw.margin + "' is not a number of millimetres");
+  if (std::min(format->widthMm, format->heightMm) - 2 * *margin < kMinInsideMm) {
+    Fail("--margin", raw.margin + " mm leave less than 40 mm of the page");
+  }
+  Page page;
+  page.widthMm = format->widthMm;
+  page.heightMm = format->heightMm;
+  page.marginMm = *margin;
+  return page;
+}
+
+std::optional<unsigned> ConvertLevel(const std::string& text) {
+  if (text.empty()) return std::nullopt;
+  unsigned level = 0;
+  const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), level);
+  if (code != std::errc() || end != text.data() + text.size()) {
+    Fail("--level", "'" + text + "' is not a whole number of 0 or more");
+  }
+  return level;
+}
+
+ViewDirection ConvertView(const std::string& text) {
+  std::string error;
+  const auto direction = ParseViewDirection(text, error);
+  if (!direction) Fail("--view", error);
+  return *direction;
+}
+
+void ConvertTemplate(const std::string& name) {
+  if (IsBuiltInTemplate(name) || std::filesystem::path(name).extension() == ".json") return;
+  Fail("--template",
+       "'" + name + "' is neither built in (number, number-quantity, number-tag, number-name) nor a .json file");
+}
+
+Options Convert(const RawOptions& raw) {
+  if (raw.model.empty()) throw OptionError{"no model given: zrfigure MODEL [options]; --help lists them"};
+  Options options;
+  options.model = raw.model;
+  options.figure = raw.figure;
+  if (raw.figure.empty()) options.figure = std::filesystem::path(raw.model).filename().stem().string() + ".svg";
+  RequireExtension("--output", options.figure, {".svg", ".pdf", ".png"});
+  if (!raw.parts.empty()) RequireExtension("--parts", raw.parts, {".csv", ".json"});
+  options.parts = raw.parts;
+  options.direction = ConvertView(raw.view);
+  options.page = ConvertPage(raw);
+  ConvertTemplate(raw.templateName);
+  options.templateName = raw.templateName;
+  if (raw.combine) options.mode = CalloutMode::Combine;
+  if (raw.perInstance) options.mode = CalloutMode::PerInstance;
+  options.select = RequirePatterns("--select", raw.select);
+  options.weld = RequirePatterns("--weld", raw.weld);
+  options.level = ConvertLevel(raw.level);
+  RequireOneOf("--numbering", raw.numbering, {"flat", "hierarchical"});
+  options.hierarchical = raw.numbering == "hierarchical";
+  RequireOneOf("--lang", raw.language, {"en", "de", "fr", "ja"});
+  options.language = raw.language;
+  options.quiet = raw.quiet;
+  options.json = raw.json;
+  options.strict = raw.strict;
+  return options;
+}
+
+std::string OneLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
+}  // namespace
+
+ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
+  CLI::App app("Draws a CAD assembly as a figure with numbered callouts and a parts list.", "zrfigure");
+  app.footer(kExamples);
+  RawOptions raw;
+  DefineFiles(app, raw);
+  DefinePage(app, raw);
+  DefineCallouts(app, raw);
+  DefineReporting(app, raw);
+  ParsedOptions result;
+  try {
+    // The library takes its arguments from the back.
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    result.options = Convert(raw);
+  } catch (const CLI::CallForHelp&) {
+    result.output = app.help();
+  } catch (const CLI::CallForVersion& version) {
+    result.output = std::string(version.what()) + "\n";
+  } catch (const CLI::ParseError& error) {
+    result.error = OneLine(error.what());
+  } catch (const OptionError& error) {
+    result.error = error.text;
+  }
+  return result;
+}
+
+}  // namespace zrfigure

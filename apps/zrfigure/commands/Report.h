@@ -1,0 +1,45 @@
+#pragma once
+// What a command did, for people and for programs.
+
+#include <string>
+#include <vector>
+
+#include "commands/LayoutCheck.h"
+
+namespace zrfigure {
+
+/// Something the author should look at.
+struct Finding {
+  std::string rule;  ///< Stable name, e.g. "item-not-visible".
+  int item = 0;      ///< Position in the parts list from 1; 0 when no item is concerned.
+  std::string message;
+};
+
+struct Seconds {
+  double import = 0;
+  double generate = 0;  ///< Items, callouts and their texts.
+  double layout = 0;    ///< Placing the labels.
+  double draw = 0;      ///< Visibility, lines, composition and files.
+};
+
+struct Report {
+  std::string model;
+  int occurrences = 0;
+  int parts = 0;
+  int items = 0;
+  int callouts = 0;
+  int leaders = 0;
+  int visibleLeaders = 0;
+  LayoutFaults layout;
+  std::vector<Finding> findings;
+  std::vector<std::string> outputs;
+  Seconds seconds;
+};
+
+/// One JSON object with a line feed at the end; seconds to the millisecond.
+[[nodiscard]] std::string ReportToJson(const Report& report);
+
+/// Two or three lines for a terminal: counts and files.
+[[nodiscard]] std::string ReportToText(const Report& report);
+
+}  // namespace zrfigure

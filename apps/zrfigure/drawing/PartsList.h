@@ -1,0 +1,37 @@
+#pragma once
+// The figure's parts list as plain values, and its CSV and JSON forms.
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zrfigure {
+
+/// One row of the list.
+struct PartsListItem {
+  std::string itemId;  ///< Ties the row to balloons and parts of the figure.
+  std::string number;  ///< As printed, e.g. "3" or "1.2".
+  int quantity = 0;
+  std::string tag;
+  std::string name;
+  std::vector<std::string> occurrences;                         ///< Paths of the occurrences the item stands for.
+  std::vector<std::pair<std::string, std::string>> properties;  ///< In the order to print them.
+};
+
+struct PartsList {
+  std::string source;  ///< The model's file name.
+  std::vector<PartsListItem> items;
+};
+
+/// Header line, then a line an item, by RFC 4180 (CRLF, fields quoted where needed). Property columns follow the fixed
+/// ones, in order of first appearance.
+[[nodiscard]] std::string PartsListToCsv(const PartsList& list);
+
+/// An object with `source` and `items`; UTF-8, keys in fixed order, invalid UTF-8 replaced by U+FFFD.
+[[nodiscard]] std::string PartsListToJson(const PartsList& list);
+
+/// Writes by extension, .csv or .json, whole or not at all. \return false with one line in `error`.
+[[nodiscard]] bool WritePartsList(const std::filesystem::path& path, const PartsList& list, std::string& error);
+
+}  // namespace zrfigure

@@ -1,0 +1,93 @@
+#include "import/DocumentReader.h"
+
+#include <Interface_Static.hxx>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <Message_ProgressRange.hxx>
+#include <RWGltf_CafReader.hxx>
+#include <RWObj_CafReader.hxx>
+#include <STEPCAFControl_ExternFile.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <algorithm>
+
+#include "import/ImportError.h"
+#include "import/NameText.h"
+
+namespace zrfigure {
+namespace {
+
+constexpr double kMillimetreInMetres = 0.001;
+
+/// Only names are wanted: colours, layers and annotations would double the time.
+void WantNamesOnly(STEPCAFControl_Reader& reader) {
+  reader.SetNameMode(true);
+  reader.SetColorMode(false);
+  reader.SetLayerMode(false);
+  reader.SetPropsMode(false);
+  reader.SetSHUOMode(false);
+  reader.SetGDTMode(false);
+  reader.SetMatMode(false);
+  reader.SetViewMode(false);
+}
+
+void WarnOfUnreadReferences(const STEPCAFControl_Reader& reader, std::vector<std::string>& warnings) {
+  for (NCollection_DataMap<TCollection_AsciiString, Handle(STEPCAFControl_ExternFile)>::Iterator file(
+           reader.ExternFiles());
+       file.More(); file.Next()) {
+    const bool isRead = !file.Value().IsNull() && file.Value()->GetLoadStatus() == IFSelect_RetDone;
+    if (!isRead) warnings.push_back("referenced file '" + CleanText(file.Key().ToCString()) + "' cannot be read");
+  }
+  std::sort(warnings.begin(), warnings.end());
+}
+
+void ReadStep(const std::string& path, SourceDocument& source) {
+  STEPCAFControl_Reader reader;
+  WantNamesOnly(reader);
+  // CP1252 would break raw UTF-8, and UTF-8 would cut names at the first raw Latin-1 letter: decided per file.
+  Interface_Static::SetCVal("read.step.codepage", IsUtf8File(path) ? "UTF8" : "CP1252");
+  if (reader.ReadFile(path.c_str()) != IFSelect_RetDone) throw ImportError("the STEP file is damaged");
+  if (!reader.Transfer(source.document)) throw ImportError("no product structure or shape in the STEP file");
+  source.facts = CollectStepProductFacts(reader);
+  WarnOfUnreadReferences(reader, source.warnings);
+}
+
+void ReadMeshFile(const std::string& path, RWMesh_CafReader& reader, SourceDocument& source) {
+  reader.SetDocument(source.document);
+  reader.SetSystemLengthUnit(kMillimetreInMetres);
+  reader.SetSystemCoordinateSystem(RWMesh_CoordinateSystem_Zup);
+  reader.SetFillIncompleteDocument(false);
+  if (!reader.Perform(path.c_str(), Message_ProgressRange())) throw ImportError("the mesh file is damaged");
+}
+
+void ReadObj(const std::string& path, SourceDocument& source) {
+  const Handle(RWObj_CafReader) reader = new RWObj_CafReader();
+  // The format has no unit; engineering exporters write millimetres, and Y stands up as in every viewer of it.
+  reader->SetFileLengthUnit(kMillimetreInMetres);
+  reader->SetFileCoordinateSystem(RWMesh_CoordinateSystem_Yup);
+  ReadMeshFile(path, *reader, source);
+}
+
+}  // namespace
+
+SourceDocument ReadDocument(const std::string& path, FileFormat format) {
+  Message::DefaultMessenger()->ChangePrinters().Clear();
+  SourceDocument source;
+  source.document = new TDocStd_Document("BinXCAF");
+  XCAFDoc_DocumentTool::Set(source.document->Main(), false);
+  switch (format) {
+    case FileFormat::Step:
+      ReadStep(path, source);
+      break;
+    case FileFormat::Gltf: {
+      const Handle(RWGltf_CafReader) reader = new RWGltf_CafReader();
+      ReadMeshFile(path, *reader, source);
+      break;
+    }
+    case FileFormat::Obj:
+      ReadObj(path, source);
+      break;
+  }
+  return source;
+}
+
+}  // namespace zrfigure

@@ -1,0 +1,81 @@
+#include "import/ModelImporter.h"
+
+#include <BRepBndLib.hxx>
+#include <Bnd_Box.hxx>
+#include <Standard_Failure.hxx>
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <gp_GTrsf.hxx>
+#include <utility>
+
+#include "import/AssemblyTree.h"
+#include "import/BRepTessellation.h"
+#include "import/DocumentReader.h"
+#include "import/FileCheck.h"
+#include "import/ImportError.h"
+#include "import/NameText.h"
+#include "import/ProductMerging.h"
+
+namespace zrfigure {
+namespace {
+
+constexpr double kDeflectionOfDiagonal = 0.0005;
+constexpr double kSmallestDeflection = 1e-6;
+
+gp_Trsf ToTransform(const Placement& p) {
+  const auto& m = p.linear;
+  gp_GTrsf general(gp_Mat(m[0][0], m[1][0], m[2][0], m[0][1], m[1][1], m[2][1], m[0][2], m[1][2], m[2][2]),
+                   gp_XYZ(p.translation.x, p.translation.y, p.translation.z));
+  general.SetForm();
+  return general.Trsf();
+}
+
+/// Diagonal of the box round the boxes of all occurrences: a few per cent too large for turned parts, but cheap.
+double SceneDiagonal(const AssemblyTree& tree) {
+  std::vector<Bnd_Box> boxes(tree.shapes.size());
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    if (!tree.shapes[i].IsNull()) BRepBndLib::Add(tree.shapes[i], boxes[i], false);
+  }
+  Bnd_Box scene;
+  for (const Occurrence& occurrence : tree.model.occurrences) {
+    const Bnd_Box& box = boxes[static_cast<std::size_t>(occurrence.product)];
+    if (!box.IsVoid()) scene.Add(box.Transformed(ToTransform(occurrence.toWorld)));
+  }
+  return scene.IsVoid() || scene.IsOpen() ? 1.0 : std::sqrt(scene.SquareExtent());
+}
+
+/// A part that the mesher gives up on is left out like one without faces; the rest of the assembly is still worth a
+/// figure.
+void MeshParts(AssemblyTree& tree) {
+  const double deflection = std::max(SceneDiagonal(tree) * kDeflectionOfDiagonal, kSmallestDeflection);
+  for (std::size_t i = 0; i < tree.shapes.size(); ++i) {
+    Product& product = tree.model.products[i];
+    try {
+      product.mesh = TessellatePart(tree.shapes[i], deflection);
+    } catch (const Standard_Failure& failure) {
+      tree.model.warnings.push_back("part '" + product.name +
+                                    "' cannot be meshed: " + CleanText(failure.GetMessageString()));
+    }
+    tree.shapes[i].Nullify();
+  }
+}
+
+}  // namespace
+
+Model ModelImporter::Import() const {
+  const FileFormat format = CheckFile(path_);
+  const std::filesystem::path absolute = std::filesystem::absolute(path_);
+  AssemblyTreeOptions options;
+  options.fallbackName = CleanText(absolute.stem().string());
+  options.namesAreInstances = format != FileFormat::Step;
+  AssemblyTree tree = BuildAssemblyTree(ReadDocument(absolute.string(), format), options);
+  MeshParts(tree);
+  if (format != FileFormat::Step) MergeEqualProducts(tree.model);
+  DropEmptyParts(tree.model);
+  if (tree.model.occurrences.empty()) throw ImportError("no solid or surface in file");
+  tree.model.sourceName = CleanText(absolute.filename().string());
+  return std::move(tree.model);
+}
+
+}  // namespace zrfigure

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <zrk/Annotation.h>
+
+namespace zrannotations {
+
+using Annotation = zrk::Annotation;
+
+}  // namespace zrannotations

@@ -1,0 +1,7 @@
+#include <dom/ObjectManager.h>
+
+namespace dom {
+
+ObjectManager::~ObjectManager() = default;
+
+}  // namespace dom

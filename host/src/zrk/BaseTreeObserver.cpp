@@ -1,0 +1,7 @@
+#include <zrk/BaseTreeObserver.h>
+
+namespace zrk {
+
+BaseTreeObserver::~BaseTreeObserver() = default;
+
+}  // namespace zrk

@@ -1,0 +1,7 @@
+#include <zrk/PickService.h>
+
+namespace zrk {
+
+PickService::~PickService() = default;
+
+}  // namespace zrk

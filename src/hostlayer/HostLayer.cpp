@@ -1,0 +1,118 @@
+#include "hostlayer/HostLayer.h"
+
+#include <zrannotations/Callout.h>
+#include <zrannotations/Inset.h>
+#include <zrk/BaseInstance.h>
+#include <zrk/MultiRootContainer.h>
+#include <zrk/PickService.h>
+#include <zrk/Property.h>
+#include <zrk/ShapeInstance.h>
+#include <zrk/ShapeView.h>
+#include <zrk/World.h>
+#include <zrk/illustration/Illu3dPagePreview.h>
+#include <zrk/illustration/Illustration3dView.h>
+#include <zrk/illustration/SbomInstance.h>
+#include <zrk/illustration/SbomInstanceSelectionItem.h>
+#include <zrk/illustration/TAnnotation.h>
+#include <zrkapp/illustration/FileInfo.h>
+#include <zrkapp/illustration/IllMultiRootContainer.h>
+#include <zrkapp/illustration/LocalizationSettings.h>
+
+namespace zrcallouts::hostlayer {
+
+std::optional<std::uint32_t> ItemIdOf(const CalloutPtr& callout) {
+  std::uint32_t itemId = 0;
+  if (!callout || !callout->GetItemId(itemId)) return std::nullopt;
+  return itemId;
+}
+
+bool CarriesAnyItem(const CalloutPtr& callout) { return callout && callout->HasItemId(); }
+
+bool CarriesItem(const CalloutPtr& callout, std::uint32_t itemId) { return callout && callout->CarriesItemId(itemId); }
+
+void DropItemId(const CalloutPtr& callout) {
+  if (callout) callout->ClearItemId();
+}
+
+dg::Location LabelLocation(const CalloutPtr& callout) {
+  return callout ? callout->GetLabelLocation() : dg::Location::IDENTITY;
+}
+
+bool IsCompound(const CalloutPtr& callout) { return callout && callout->IsCompoundCallout(); }
+
+bool UsesTemplate(const CalloutPtr& callout) { return callout && callout->UsesTemplate(); }
+
+bool IsLabelLocalizable(const CalloutPtr& callout) { return callout && callout->IsLabelLocalizable(); }
+
+bool IsLabelFreeInModelSpace(const CalloutPtr& callout) {
+  constexpr int kFreeInModelSpace = 1;
+  return callout && callout->GetLabelPlacementState() == kFreeInModelSpace;
+}
+
+bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate) {
+  return callouttemplate && callouttemplate->GetName() == "Item Tag" && !callouttemplate->ExcludesItemTagTest();
+}
+
+void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, double value) {
+  if (callouttemplate) callouttemplate->SetReferenceResolution(value);
+}
+
+std::string IdOf(const du::SmartPtr<zrk::BaseInstance>& instance) {
+  return instance ? instance->GetId().GetString() : std::string();
+}
+
+bool IsWeld(const SbomInstancePtr& instance) { return instance && instance->IsWeld(); }
+
+bool IsWeldMember(const SbomInstancePtr& instance) { return instance && instance->IsWeldMember(); }
+
+SbomInstancePtr SbomInstanceOf(const du::SmartPtr<zrk::illustration::SbomInstanceSelectionItem>& item) {
+  return item ? item->GetSbomInstance() : SbomInstancePtr();
+}
+
+du::SmartPtr<zrk::Property> FindProperty(const SbomInstancePtr& instance, const du::Symbol& group,
+                                         const du::Symbol& name, const du::Symbol& shapeSource) {
+  return instance ? instance->GetProperty(group, name, shapeSource) : du::SmartPtr<zrk::Property>();
+}
+
+du::Symbol ValueOf(const du::SmartPtr<zrk::Property>& property) {
+  return property ? property->GetValue() : du::Symbol();
+}
+
+dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view) {
+  const auto illustrationView = du::DynamicCast<zrk::illustration::Illustration3dView>(view);
+  if (!illustrationView || !illustrationView->GetPageSizeSettings().pageShown) return dg::DBox2D::EMPTY;
+  const auto preview = du::DynamicCast<zrk::illustration::Illu3dPagePreview>(illustrationView->GetPrintPreview());
+  return preview ? preview->GetPageRectInPixels() : dg::DBox2D::EMPTY;
+}
+
+dg::DBox2D WindowRectangleOf(const du::SmartPtr<zrk::ShapeView>& view) {
+  if (!view) return dg::DBox2D::EMPTY;
+  return {dg::DPoint2D(0, 0), dg::DPoint2D(view->GetWindowWidth(), view->GetWindowHeight())};
+}
+
+bool FindVisiblePoint(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<zrk::ShapeInstance>& shape,
+                      dg::DPoint3D& point) {
+  const auto service = view && shape ? view->GetPickService() : nullptr;
+  return service && service->FindVisiblePoint(view, shape, point);
+}
+
+bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view) { return view && view->GetPickService(); }
+
+bool InsetAccepts(const du::SmartPtr<zrannotations::Inset>& inset, const CalloutPtr& callout) {
+  return inset && inset->AcceptsCallout(callout);
+}
+
+void TellInsetItsCallouts(const du::SmartPtr<zrannotations::Inset>& inset, const std::set<CalloutPtr>& callouts) {
+  if (inset) inset->OnCalloutsChanged(callouts);
+}
+
+bool NotesAreLocalized() {
+  const auto world = zrk::World::GetWorld();
+  if (!world) return false;
+  const auto container = du::DynamicCast<zrkapp::illustration::IllMultiRootContainer>(world->GetMRC());
+  const auto fileInfo = container ? container->GetFileInfo() : nullptr;
+  const auto settings = fileInfo ? fileInfo->GetLocalizationSettings() : nullptr;
+  return settings && settings->GetNotes();
+}
+
+}  // namespace zrcallouts::hostlayer

@@ -1,0 +1,82 @@
+#pragma once
+// What the component asks of its host under names that another host may spell differently. Porting to another host means
+// changing this folder. Every function accepts empty pointers and then answers empty, false or nothing.
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+
+#include <dg/DBox2D.h>
+#include <dg/DPoint3D.h>
+#include <dg/Location.h>
+#include <du/SmartPtr.h>
+#include <du/Symbol.h>
+
+namespace zrk {
+class BaseInstance;
+class Property;
+class ShapeInstance;
+class ShapeView;
+namespace illustration {
+class SbomInstance;
+class SbomInstanceSelectionItem;
+class TAnnotation;
+}  // namespace illustration
+}  // namespace zrk
+namespace zrannotations {
+class Callout;
+class Inset;
+}  // namespace zrannotations
+
+namespace zrcallouts::hostlayer {
+
+using CalloutPtr = du::SmartPtr<zrannotations::Callout>;
+using SbomInstancePtr = du::SmartPtr<zrk::illustration::SbomInstance>;
+
+// Item numbers of a callout.
+[[nodiscard]] std::optional<std::uint32_t> ItemIdOf(const CalloutPtr& callout);
+[[nodiscard]] bool CarriesAnyItem(const CalloutPtr& callout);
+[[nodiscard]] bool CarriesItem(const CalloutPtr& callout, std::uint32_t itemId);
+void DropItemId(const CalloutPtr& callout);
+
+// Other states that the host keeps for a callout.
+[[nodiscard]] dg::Location LabelLocation(const CalloutPtr& callout);
+[[nodiscard]] bool IsCompound(const CalloutPtr& callout);
+[[nodiscard]] bool UsesTemplate(const CalloutPtr& callout);
+[[nodiscard]] bool IsLabelLocalizable(const CalloutPtr& callout);
+/// Whether the label keeps its position in model space instead of following its first leader's instance.
+[[nodiscard]] bool IsLabelFreeInModelSpace(const CalloutPtr& callout);
+
+// Templates.
+[[nodiscard]] bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate);
+void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, double value);
+
+// Instances and their properties.
+[[nodiscard]] std::string IdOf(const du::SmartPtr<zrk::BaseInstance>& instance);
+[[nodiscard]] bool IsWeld(const SbomInstancePtr& instance);
+[[nodiscard]] bool IsWeldMember(const SbomInstancePtr& instance);
+[[nodiscard]] SbomInstancePtr SbomInstanceOf(const du::SmartPtr<zrk::illustration::SbomInstanceSelectionItem>& item);
+/// The property of group and name that belongs to the shape source, or to no source in particular.
+[[nodiscard]] du::SmartPtr<zrk::Property> FindProperty(const SbomInstancePtr& instance, const du::Symbol& group,
+                                                       const du::Symbol& name, const du::Symbol& shapeSource);
+[[nodiscard]] du::Symbol ValueOf(const du::SmartPtr<zrk::Property>& property);
+
+// Views.
+/// The printable page in pixels; empty when the view shows none.
+[[nodiscard]] dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view);
+/// The whole drawing area of the view in pixels.
+[[nodiscard]] dg::DBox2D WindowRectangleOf(const du::SmartPtr<zrk::ShapeView>& view);
+/// Whether some of the shape can be seen in the view, and where; false without a pick service.
+[[nodiscard]] bool FindVisiblePoint(const du::SmartPtr<zrk::ShapeView>& view,
+                                    const du::SmartPtr<zrk::ShapeInstance>& shape, dg::DPoint3D& point);
+[[nodiscard]] bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view);
+
+// Insets.
+[[nodiscard]] bool InsetAccepts(const du::SmartPtr<zrannotations::Inset>& inset, const CalloutPtr& callout);
+void TellInsetItsCallouts(const du::SmartPtr<zrannotations::Inset>& inset, const std::set<CalloutPtr>& callouts);
+
+/// The notes flag of the open file's localisation settings; false without a world, file or settings.
+[[nodiscard]] bool NotesAreLocalized();
+
+}  // namespace zrcallouts::hostlayer
