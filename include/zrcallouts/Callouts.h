@@ -1,6 +1,6 @@
 #pragma once
-// The callouts engine of one 3D scene: registry of callouts, their labels, and the reactions to everything the host reports.
-// Made by ZRDllCreateComponent, bound by Initialize, ended by Destroy; held by counted references only.
+// The callouts engine of one 3D scene: registry of callouts, their labels, and the reactions to everything the host
+// reports. Made by ZRDllCreateComponent, bound by Initialize, ended by Destroy; held by counted references only.
 
 #include <zrk/illustration/Callouts.h>
 
@@ -52,12 +52,12 @@ class WorldObserver;
 
 /// Keeps the registration, text and leaders of a scene's callouts in step with the scene.
 ///
-/// The engine's read-write lock comes from its host base, is re-entrant, and guards every field; an engine without a lock
-/// object runs unlocked. No operation throws, apart from std::bad_alloc of ordinary allocations. Host objects that are
-/// missing make the step that needs them a no-op. Every walk over callouts goes in address order, over a copy wherever the
-/// walk may change the set.
+/// The engine's read-write lock comes from its host base, is re-entrant, and guards every field; an engine without a
+/// lock object runs unlocked. No operation throws, apart from std::bad_alloc of ordinary allocations. Host objects that
+/// are missing make the step that needs them a no-op. Every walk over callouts goes in address order, over a copy
+/// wherever the walk may change the set.
 class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
- public:
+public:
   using CalloutSet = std::set<du::SmartPtr<zrannotations::Callout>>;
   using Contents = std::vector<du::SmartPtr<zrk::illustration::LabelContent>>;
 
@@ -136,8 +136,8 @@ class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
 
   // Labels.
 
-  /// Resolves a template's content into label text, for 3D (`withCallout`) and 2D callouts. Clears `label` first. Takes no
-  /// lock; `callout` and `itemList` may be empty.
+  /// Resolves a template's content into label text, for 3D (`withCallout`) and 2D callouts. Clears `label` first. Takes
+  /// no lock; `callout` and `itemList` may be empty.
   static void GenerateLabelString(const du::SmartPtr<zrannotations::Callout>& callout,
                                   const du::SmartPtr<zrk::Scene>& scene, Contents contents, bool markdownContent,
                                   std::string& label, const du::SmartPtr<zritemlist::ItemList>& itemList, bool hasItem,
@@ -149,8 +149,8 @@ class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
   void GenerateLabelStringFor2DCallout(const du::SmartPtr<zrk::Scene>& scene, Contents contents, bool markdownContent,
                                        std::string& label, bool hasItem, std::uint32_t itemId) override;
 
-  /// Builds and stores the label; the text is written only when it differs. True when the text was written or the callout
-  /// is a legacy one that keeps its dynamic text.
+  /// Builds and stores the label; the text is written only when it differs. True when the text was written or the
+  /// callout is a legacy one that keeps its dynamic text.
   bool SetCalloutText(const du::SmartPtr<zrannotations::Callout>& callout);
   /// Rebuilds the label when its template depends on data; `includeSystem` counts item tokens as data. Read lock.
   bool RegenerateCalloutLabel(const du::SmartPtr<zrannotations::Callout>& callout, bool includeSystem);
@@ -162,8 +162,8 @@ class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
   void SetPredefinedText(const du::SmartPtr<zrannotations::Callout>& callout);
   /// Whether the callout's template yields a text for it.
   [[nodiscard]] bool HasTemplateText(const du::SmartPtr<zrannotations::Callout>& callout);
-  /// The template as a pattern with numbered placeholders for its properties. False (pattern untouched) without template;
-  /// otherwise true when the pattern holds a literal or stands for a template without text content.
+  /// The template as a pattern with numbered placeholders for its properties. False (pattern untouched) without
+  /// template; otherwise true when the pattern holds a literal or stands for a template without text content.
   bool GetTemplateLocalizableString(const du::SmartPtr<zrannotations::Callout>& callout, du::Symbol& pattern) const;
   /// Turns a (translated) pattern back into a content list, appended to `localized`; the reverse of the above.
   void LocalizeTemplateText(const du::Symbol& pattern, const Contents& templateContents, Contents& localized) const;
@@ -174,15 +174,16 @@ class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
 
   // Item list.
 
-  /// Rebuilds the labels of the callouts that carry the item. The instance sets are not used: leaders of item groups have
-  /// an update of their own.
+  /// Rebuilds the labels of the callouts that carry the item. The instance sets are not used: leaders of item groups
+  /// have an update of their own.
   void OnItemContentChanged(std::uint32_t itemId, std::set<du::SmartPtr<zrk::illustration::SbomInstance>> added,
                             std::set<du::SmartPtr<zrk::illustration::SbomInstance>> removed);
   /// Deletes the callouts that carry the item; a combined callout loses only that member. Write lock.
   void OnItemRemoved(std::uint32_t itemId, const du::SmartPtr<zrk::Operation>& operation);
   /// Deletes every callout that carries an item number. Write lock.
   void OnListCleared(const du::SmartPtr<zrk::Operation>& operation);
-  /// Appends the callouts of each id, id by id; a callout that carries two of the ids is appended twice. Read lock an id.
+  /// Appends the callouts of each id, id by id; a callout that carries two of the ids is appended twice. Read lock an
+  /// id.
   void GetItemIdCallouts(const std::vector<std::uint32_t>& itemIds,
                          std::vector<du::SmartPtr<zrannotations::Callout>>& callouts) const;
   void GetItemIdCallouts(std::uint32_t itemId, std::vector<du::SmartPtr<zrannotations::Callout>>& callouts) const;
@@ -201,11 +202,11 @@ class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
   /// Re-evaluates which callouts geometry hides.
   void OnDrawWhenHidden(const du::SmartPtr<zrk::ShapeView>& view);
 
- protected:
+protected:
   /// Takes every observer off what it observes, in a fixed order. Write lock; idempotent.
   void UnregisterObservers() override;
 
- private:
+private:
   using InsetTable = std::map<du::SmartPtr<zrannotations::Inset>, CalloutSet>;
 
   void AttachItemsListObserver(const du::SmartPtr<zrk::ShapeScene>& scene);
@@ -229,6 +230,7 @@ class ZR_CALLOUTS_API Callouts : public zrk::illustration::Callouts {
   void _RemoveLeaderFromMap(const du::SmartPtr<zrannotations::Callout>& callout, unsigned leader);
 
   [[nodiscard]] CalloutSet CopyOfCallouts() const;
+  [[nodiscard]] du::SmartPtr<zritemlist::ItemList> HeldItemList() const;
   [[nodiscard]] CalloutSet CopyOfCalloutsAt(const std::string& id) const;
   [[nodiscard]] bool IsRegistered(const du::SmartPtr<zrannotations::Callout>& callout) const;
   [[nodiscard]] bool IsDestroyed() const;

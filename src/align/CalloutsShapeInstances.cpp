@@ -6,7 +6,6 @@
 #include <zrannotations/CalloutLeader.h>
 #include <zrannotations/Inset.h>
 #include <zrk/AnnoSet.h>
-#include <zrk/ComponentInstance.h>
 #include <zrk/Instance.h>
 #include <zrk/Operation.h>
 #include <zrk/ShapeInstance.h>
@@ -75,12 +74,10 @@ void Callouts::OnShapeInstanceRemove(const du::SmartPtr<zrk::ShapeInstance>& sha
   const auto instance = shapeInstance ? shapeInstance->GetInstance() : nullptr;
   if (!instance) return;
   if (instance->Is3dSymbol()) {
-    const auto component = instance->GetComponentInstance();
     const auto scene = GetScene();
     const auto annoSet = scene ? scene->GetAnnoSet() : nullptr;
-    const std::string key = "/" + (component ? component->GetID().GetString() : std::string());
     // A removed 3D symbol takes its callouts along, without an undo step of their own.
-    for (const auto& callout : CopyOfCalloutsAt(key)) {
+    for (const auto& callout : CopyOfCalloutsAt(hostlayer::SymbolKeyOf(instance))) {
       if (annoSet) annoSet->RemoveAnnotationWithDependencies(callout, du::SmartPtr<zrk::Operation>());
     }
   }

@@ -9,7 +9,7 @@ class Callouts;
 
 /// Owned by the engine and the table; exists in the authoring application only.
 class AnnoSetTableObserver final : public zrk::AnnoSetTableObserver {
- public:
+public:
   explicit AnnoSetTableObserver(Callouts* engine) : engine_(engine) {}
 
   void ClearEngine() { engine_ = nullptr; }
@@ -18,7 +18,7 @@ class AnnoSetTableObserver final : public zrk::AnnoSetTableObserver {
   void OnEndChange() override;
   void OnTableChanged() override;
 
- private:
+private:
   Callouts* engine_;
   bool changed_ = false;
 };

@@ -8,10 +8,10 @@
 
 namespace zrcallouts {
 
-/// Held by the callout that it holds: the cycle ends with Callout::UnregisterTemplateObserver. Reaches the engine by a link,
-/// because a template notification may come between the engine's end and the release of its templates.
+/// Held by the callout that it holds: the cycle ends with Callout::UnregisterTemplateObserver. Reaches the engine by a
+/// link, because a template notification may come between the engine's end and the release of its templates.
 class CalloutTemplateObserver final : public zrk::illustration::CalloutTemplateObserver {
- public:
+public:
   CalloutTemplateObserver(const du::SmartPtr<zrannotations::Callout>& callout, const du::SmartPtr<EngineLink>& link)
       : callout_(callout), link_(link) {}
 
@@ -19,7 +19,7 @@ class CalloutTemplateObserver final : public zrk::illustration::CalloutTemplateO
   void OnTemplateReplaced(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate) override;
   void OnTemplateModified(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate) override;
 
- private:
+private:
   void RewriteText();
 
   du::SmartPtr<zrannotations::Callout> callout_;

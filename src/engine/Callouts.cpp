@@ -33,7 +33,9 @@ namespace zrcallouts {
 
 Callouts::Callouts() : link_(new EngineLink(this)) {}
 
-Callouts::Callouts(const du::SmartPtr<zrk::ShapeScene>& scene) : Callouts() { Callouts::Initialize(scene); }
+Callouts::Callouts(const du::SmartPtr<zrk::ShapeScene>& scene) : Callouts() {
+  Callouts::Initialize(scene);
+}
 
 // An engine dropped without Destroy must not leave back pointers behind.
 Callouts::~Callouts() {
@@ -103,8 +105,8 @@ void Callouts::InitializeShapeViewObserver() {
   SetBackgroundColor(du::DynamicCast<zrk::ShapeView>(scene->GetView(0)));
 }
 
-// The host's containers never wait for a notification that is under way, so taking observers off with the write lock held
-// cannot deadlock against a notification that wants the engine's lock.
+// The host's containers never wait for a notification that is under way, so taking observers off with the write lock
+// held cannot deadlock against a notification that wants the engine's lock.
 void Callouts::UnregisterObservers() {
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
   const auto world = zrk::World::GetWorld();
@@ -164,7 +166,9 @@ void Callouts::Destroy() {
   zrk::illustration::Callouts::Destroy();
 }
 
-bool Callouts::IsDestroyed() const { return link_->IsCut(); }
+bool Callouts::IsDestroyed() const {
+  return link_->IsCut();
+}
 
 void Callouts::PreferencesChanged() {}
 

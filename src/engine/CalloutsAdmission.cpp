@@ -1,6 +1,7 @@
 // Whether a generated callout may join: one callout of one item on one part in one inset.
 #include <zrannotations/Callout.h>
 #include <zrannotations/Inset.h>
+#include <zritemlist/ItemList.h>
 #include <zrk/illustration/TAnnotation.h>
 
 #include "hostlayer/HostLayer.h"
@@ -37,7 +38,7 @@ bool ItemsConflict(const du::SmartPtr<Callout>& first, const du::SmartPtr<Callou
 bool Callouts::IsAllowed(const du::SmartPtr<Callout>& callout) const {
   if (!callout) return false;
   if (!RequiresItemList(*callout)) return true;
-  if (callout->IsKit() || !itemList_) return true;
+  if (callout->IsKit() || !HeldItemList()) return true;
   const unsigned leaderCount = callout->GetLeaderLineCount(true);
   for (unsigned leader = 0; leader < leaderCount; ++leader) {
     // The shape's id only: a callout filed under an assembly's id is not found here.

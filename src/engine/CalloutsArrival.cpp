@@ -1,6 +1,6 @@
 // Annotations that arrive in the scene: symbol annotations, insets, callouts.
-#include <dp/ReadWriteLock.h>
 #include <dg/Location.h>
+#include <dp/ReadWriteLock.h>
 #include <du/LocalizableString.h>
 #include <zrannotations/Callout.h>
 #include <zrannotations/CombinedCallout.h>
@@ -68,7 +68,7 @@ void Callouts::OnAddInset(const du::SmartPtr<Inset>& inset) {
   if (IsDestroyed()) return;
   const CalloutSet shown = insetTable_[inset];  // creates the entry for an inset that comes before its callouts
   for (const auto& callout : shown) {
-    callout->AttachSubsetScene(inset->GetSubsetScene(), "");
+    callout->AttachSubsetScene(hostlayer::SubsetSceneOf(inset), "");
     callout->BringToFront();
   }
   // One observer an inset: a second announcement must not leave an unrecorded one behind.
@@ -88,7 +88,7 @@ void Callouts::OnAddCallout(const du::SmartPtr<Callout>& callout) {
   if (!IsRegistered(callout)) AdmitArrivedCallout(callout);
   if (const auto combined = du::DynamicCast<CombinedCallout>(callout)) combined->ReattachChildren();
   // A callout refused for want of leaders is marked too: its removal has cleared the mark just before.
-  if (itemList_) SetIndicated(callout, true);
+  SetIndicated(callout, true);
 }
 
 // Brings a new callout up to date and registers it; one without leaders is taken out of the set again instead.

@@ -3,6 +3,7 @@
 #include <zrannotations/Callout.h>
 #include <zrannotations/CombinedCallout.h>
 #include <zrannotations/Inset.h>
+#include <zritemlist/ItemList.h>
 
 #include "engine/CalloutTemplateObserver.h"
 #include "engine/EngineLink.h"
@@ -28,8 +29,9 @@ std::vector<du::SmartPtr<Callout>> FurtherMembers(const du::SmartPtr<Callout>& c
 
 // An id's set is replaced by an updated copy, never changed in place: whoever took a copy keeps a consistent snapshot.
 void Callouts::AddToMap(const du::SmartPtr<Callout>& callout) {
-  if (!callout || IsDestroyed()) return;
+  if (!callout) return;
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
+  if (IsDestroyed()) return;
   for (const auto& member : FurtherMembers(callout)) AddToMap(member);
   const unsigned leaderCount = callout->GetLeaderLineCount(true);
   for (unsigned leader = 0; leader < leaderCount; ++leader) {
@@ -52,15 +54,18 @@ void Callouts::AddToMap(const du::SmartPtr<Callout>& callout) {
 }
 
 void Callouts::AddToSet(const du::SmartPtr<Callout>& callout) {
-  if (!callout || IsDestroyed()) return;
+  if (!callout) return;
   {
     const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
+    if (IsDestroyed()) return;
     callouts_.insert(callout);
   }
   // Registered with the lock released, so that the host's template machinery is never entered with it held.
   if (callout->IsCustomCallout()) return;
   callout->RegisterTemplateObserver(
       du::SmartPtr<zrk::illustration::CalloutTemplateObserver>(new CalloutTemplateObserver(callout, link_)));
+  // Destroy may have come between: then nobody else takes the observer, and with it the callout, apart again.
+  if (IsDestroyed()) callout->UnregisterTemplateObserver();
 }
 
 void Callouts::RemoveFromMap(const du::SmartPtr<Callout>& callout) {
@@ -108,6 +113,11 @@ bool Callouts::Exists(const std::string& id, const std::string& text) const {
 Callouts::CalloutSet Callouts::CopyOfCallouts() const {
   const dp::ReadWriteLock::ReadGuard guard(GetReadWriteLock());
   return callouts_;
+}
+
+du::SmartPtr<zritemlist::ItemList> Callouts::HeldItemList() const {
+  const dp::ReadWriteLock::ReadGuard guard(GetReadWriteLock());
+  return itemList_;
 }
 
 Callouts::CalloutSet Callouts::CopyOfCalloutsAt(const std::string& id) const {

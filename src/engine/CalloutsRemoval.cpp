@@ -2,22 +2,18 @@
 #include <dp/ReadWriteLock.h>
 #include <du/LocalizableString.h>
 #include <zrannotations/Callout.h>
-#include <zrannotations/CombinedCallout.h>
 #include <zrannotations/ConstStrings.h>
 #include <zrannotations/Inset.h>
 #include <zrannotations/SymbolAnnotation.h>
-#include <zritemlist/ItemList.h>
 #include <zrk/AnnoSet.h>
 #include <zrk/Operation.h>
 #include <zrk/ShapeScene.h>
-#include <zrk/illustration/ItemsList.h>
 
 #include "engine/InsetObserver.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
 using zrannotations::Callout;
-using zrannotations::CombinedCallout;
 using zrannotations::ConstStrings;
 using zrannotations::Inset;
 using zrannotations::SymbolAnnotation;
@@ -62,12 +58,6 @@ void Callouts::OnRemoveCallout(const du::SmartPtr<Callout>& callout) {
   callout->UnregisterTemplateObserver();
   callouts_.erase(callout);
   RemoveFromMap(callout);
-  if (!itemList_) return;
-  if (const auto combined = du::DynamicCast<CombinedCallout>(callout)) {
-    const auto members = combined->GetCalloutVec();
-    for (const auto& member : members) SetIndicated(member, false);
-    return;
-  }
   SetIndicated(callout, false);
 }
 
@@ -78,7 +68,7 @@ void Callouts::OnAnnotationDeleted(const du::SmartPtr<zrk::Annotation>& annotati
   const auto annoSet = scene ? scene->GetAnnoSet() : nullptr;
   const auto symbol = du::DynamicCast<SymbolAnnotation>(annotation);
   if (!annoSet || !symbol) return;
-  const std::string key = "/" + symbol->GetInstanceId().GetString();
+  const std::string key = hostlayer::SymbolKeyOf(symbol);
 
   std::set<du::SmartPtr<zrk::Annotation>> annotations;
   annoSet->GetRefAnnotationsByType(kCalloutKind, annotations, true);

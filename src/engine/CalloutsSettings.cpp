@@ -52,6 +52,8 @@ void Callouts::SetTemplate(du::SmartPtr<zrk::illustration::TAnnotation> calloutt
   template_ = callouttemplate;
 }
 
-du::SmartPtr<zritemlist::ItemList> Callouts::GetItemsList() const { return itemList_; }
+du::SmartPtr<zritemlist::ItemList> Callouts::GetItemsList() const {
+  return itemList_;
+}
 
 }  // namespace zrcallouts

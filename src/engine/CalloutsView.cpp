@@ -63,14 +63,15 @@ void Callouts::OnHandleTimeoutEvent(const du::SmartPtr<zrk::ShapeView>& view, dg
 }
 
 void Callouts::SetIndicated(const du::SmartPtr<Callout>& callout, bool indicated) {
-  if (!callout || !itemList_) return;
+  const auto itemList = HeldItemList();
+  if (!callout || !itemList) return;
   if (const auto combined = du::DynamicCast<CombinedCallout>(callout)) {
     const auto members = combined->GetCalloutVec();
     for (const auto& member : members) SetIndicated(member, indicated);
     return;
   }
   const auto itemId = hostlayer::ItemIdOf(callout);
-  const auto items = itemList_->GetZrkItemList();
+  const auto items = itemList->GetZrkItemList();
   if (!itemId || !items) return;
   if (!indicated) {
     std::vector<du::SmartPtr<Callout>> showing;

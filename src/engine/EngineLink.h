@@ -11,7 +11,7 @@ class Callouts;
 
 /// Hands out counted references to a live engine, from any thread. [any-thread]
 class EngineLink final : public virtual du::RefCounted {
- public:
+public:
   explicit EngineLink(Callouts* engine) : engine_(engine) {}
 
   /// The engine, held; empty once the link is cut or the engine is on its way out.
@@ -19,7 +19,7 @@ class EngineLink final : public virtual du::RefCounted {
   [[nodiscard]] bool IsCut();
   void Cut();
 
- private:
+private:
   dp::SpinLock lock_;
   Callouts* engine_;
 };

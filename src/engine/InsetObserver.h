@@ -7,15 +7,16 @@ namespace zrcallouts {
 
 class Callouts;
 
-/// Owned by the engine and the inset. It keeps the base's reactions: callouts learn of changed bounds by their own slots.
+/// Owned by the engine and the inset. It keeps the base's reactions: callouts learn of changed bounds by their own
+/// slots.
 class InsetObserver final : public zrannotations::InsetObserver {
- public:
+public:
   explicit InsetObserver(Callouts* engine) : engine_(engine) {}
 
   void ClearEngine() { engine_ = nullptr; }
   [[nodiscard]] Callouts* GetEngine() const { return engine_; }
 
- private:
+private:
   Callouts* engine_;
 };
 

@@ -8,13 +8,13 @@
 namespace zrcallouts {
 
 void ItemsListObserver::OnItemRemoved(unsigned itemId) {
-  if (engine_) engine_->OnItemRemoved(itemId, du::SmartPtr<zrk::Operation>());
+  if (Callouts* const engine = engine_) engine->OnItemRemoved(itemId, du::SmartPtr<zrk::Operation>());
 }
 
 void ItemsListObserver::OnItemContentChanged(unsigned itemId,
                                              const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
                                              const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed) {
-  if (engine_) engine_->OnItemContentChanged(itemId, added, removed);
+  if (Callouts* const engine = engine_) engine->OnItemContentChanged(itemId, added, removed);
 }
 
 }  // namespace zrcallouts

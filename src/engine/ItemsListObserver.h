@@ -3,13 +3,16 @@
 
 #include <zrk/illustration/ItemsListObserver.h>
 
+#include <atomic>
+
 namespace zrcallouts {
 
 class Callouts;
 
-/// Owned by the engine and the item list; called on the thread that changes the list, or closes its update group.
+/// Owned by the engine and the item list; called on the thread that changes the list, or closes its update group. That
+/// may be a pool thread, which holds the engine while its run lasts.
 class ItemsListObserver final : public zrk::illustration::ItemsListObserver {
- public:
+public:
   explicit ItemsListObserver(Callouts* engine) : engine_(engine) {}
 
   void ClearEngine() { engine_ = nullptr; }
@@ -18,8 +21,8 @@ class ItemsListObserver final : public zrk::illustration::ItemsListObserver {
   void OnItemContentChanged(unsigned itemId, const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
                             const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed) override;
 
- private:
-  Callouts* engine_;
+private:
+  std::atomic<Callouts*> engine_;
 };
 
 }  // namespace zrcallouts

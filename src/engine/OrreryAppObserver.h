@@ -9,7 +9,7 @@ class Callouts;
 
 /// Owned by the engine and the application; exists in the authoring application only.
 class OrreryAppObserver final : public zrkapp::illustration::OrreryAppObserver {
- public:
+public:
   explicit OrreryAppObserver(Callouts* engine) : engine_(engine) {}
 
   void ClearEngine() { engine_ = nullptr; }
@@ -20,7 +20,7 @@ class OrreryAppObserver final : public zrkapp::illustration::OrreryAppObserver {
   void OnStructureUpdated() override { Regenerate(); }
   void OnStructurePropertiesChanged() override { Regenerate(); }
 
- private:
+private:
   void Regenerate();
 
   Callouts* engine_;

@@ -6,13 +6,13 @@
 namespace zrcallouts {
 
 class SpinGuard final {
- public:
+public:
   explicit SpinGuard(dp::SpinLock& lock) : lock_(lock) { lock_.Lock(); }
   ~SpinGuard() { lock_.Unlock(); }
   SpinGuard(const SpinGuard&) = delete;
   SpinGuard& operator=(const SpinGuard&) = delete;
 
- private:
+private:
   dp::SpinLock& lock_;
 };
 

@@ -4,7 +4,9 @@
 
 namespace zrcallouts {
 
-void TreeObserver::OnBeginUpdate() { changed_ = false; }
+void TreeObserver::OnBeginUpdate() {
+  changed_ = false;
+}
 
 void TreeObserver::OnEndUpdate() {
   if (engine_ && changed_) engine_->RegenerateCalloutLabels();

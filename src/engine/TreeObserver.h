@@ -10,7 +10,7 @@ class Callouts;
 
 /// Owned by the engine and the tree; called on the thread that changes the tree.
 class TreeObserver final : public zrk::illustration::SbomTreeObserver {
- public:
+public:
   explicit TreeObserver(Callouts* engine) : engine_(engine) {}
 
   void Attach(const du::SmartPtr<zrk::illustration::SbomTree>& tree) { tree_ = tree; }
@@ -25,7 +25,7 @@ class TreeObserver final : public zrk::illustration::SbomTreeObserver {
   void OnPropertyGroupChanged(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
                               const du::Symbol& group) override;
 
- private:
+private:
   Callouts* engine_;
   du::SmartPtr<zrk::illustration::SbomTree> tree_;
   bool changed_ = false;

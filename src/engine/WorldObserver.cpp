@@ -16,9 +16,9 @@ void WorldObserver::ClearEngine() {
   engine_ = nullptr;
 }
 
-// The guard is held only to take a counted reference: teardown holds the engine's write lock when it wants the guard, so
-// calling the engine (which read-locks) with the guard held would deadlock two threads. A destroyed engine that is still
-// held has empty containers, so the late call does nothing.
+// The guard is held only to take a counted reference: teardown holds the engine's write lock when it wants the guard,
+// so calling the engine (which read-locks) with the guard held would deadlock two threads. A destroyed engine that is
+// still held has empty containers, so the late call does nothing.
 void WorldObserver::OnLanguageChanged() {
   du::SmartPtr<Callouts> engine;
   {

@@ -10,7 +10,7 @@ class Callouts;
 
 /// Owned by the engine and the world. Its engine pointer is read and cleared under the observer guard lock only.
 class WorldObserver final : public zrk::WorldObserver {
- public:
+public:
   explicit WorldObserver(Callouts* engine) : engine_(engine) {}
 
   /// The one lock of the process that guards the engine pointers of all world observers. Not re-entrant.
@@ -19,7 +19,7 @@ class WorldObserver final : public zrk::WorldObserver {
   void ClearEngine();
   void OnLanguageChanged() override;
 
- private:
+private:
   Callouts* engine_;
 };
 

@@ -1,5 +1,7 @@
 #include "entry/DestroyCalloutsTask.h"
 
+#include "hostlayer/HostLayer.h"
+
 namespace zrcallouts {
 
 DestroyCalloutsTask::DestroyCalloutsTask(InsetTable& insetTable, CalloutSet& callouts) {
@@ -14,7 +16,7 @@ void DestroyCalloutsTask::Run() {
     for (const auto& callout : callouts) {
       if (callout) callout->SetInsetAtPos(noInset, 0);
     }
-    if (inset && !inset->IsReleased()) inset->ReleaseInsetTemplate();
+    if (inset && !hostlayer::IsTemplateReleased(inset)) inset->ReleaseInsetTemplate();
   }
   for (const auto& callout : callouts_) {
     if (!callout) continue;

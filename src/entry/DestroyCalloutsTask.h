@@ -13,7 +13,7 @@ namespace zrcallouts {
 
 /// Owns what Callouts::Destroy moved out of the engine. Runs once on the world's task pool. [pool-thread]
 class DestroyCalloutsTask final : public du::Task {
- public:
+public:
   using CalloutSet = std::set<du::SmartPtr<zrannotations::Callout>>;
   using InsetTable = std::map<du::SmartPtr<zrannotations::Inset>, CalloutSet>;
 
@@ -22,7 +22,7 @@ class DestroyCalloutsTask final : public du::Task {
 
   void Run() override;
 
- private:
+private:
   InsetTable insetTable_;
   CalloutSet callouts_;
 };

@@ -2,11 +2,15 @@
 
 #include <zrannotations/Callout.h>
 #include <zrannotations/Inset.h>
+#include <zrannotations/SymbolAnnotation.h>
 #include <zrk/BaseInstance.h>
+#include <zrk/ComponentInstance.h>
+#include <zrk/Instance.h>
 #include <zrk/MultiRootContainer.h>
 #include <zrk/PickService.h>
 #include <zrk/Property.h>
 #include <zrk/ShapeInstance.h>
+#include <zrk/ShapeScene.h>
 #include <zrk/ShapeView.h>
 #include <zrk/World.h>
 #include <zrk/illustration/Illu3dPagePreview.h>
@@ -26,9 +30,13 @@ std::optional<std::uint32_t> ItemIdOf(const CalloutPtr& callout) {
   return itemId;
 }
 
-bool CarriesAnyItem(const CalloutPtr& callout) { return callout && callout->HasItemId(); }
+bool CarriesAnyItem(const CalloutPtr& callout) {
+  return callout && callout->HasItemId();
+}
 
-bool CarriesItem(const CalloutPtr& callout, std::uint32_t itemId) { return callout && callout->CarriesItemId(itemId); }
+bool CarriesItem(const CalloutPtr& callout, std::uint32_t itemId) {
+  return callout && callout->CarriesItemId(itemId);
+}
 
 void DropItemId(const CalloutPtr& callout) {
   if (callout) callout->ClearItemId();
@@ -38,15 +46,29 @@ dg::Location LabelLocation(const CalloutPtr& callout) {
   return callout ? callout->GetLabelLocation() : dg::Location::IDENTITY;
 }
 
-bool IsCompound(const CalloutPtr& callout) { return callout && callout->IsCompoundCallout(); }
+bool IsCompound(const CalloutPtr& callout) {
+  return callout && callout->IsCompoundCallout();
+}
 
-bool UsesTemplate(const CalloutPtr& callout) { return callout && callout->UsesTemplate(); }
+bool UsesTemplate(const CalloutPtr& callout) {
+  return callout && callout->UsesTemplate();
+}
 
-bool IsLabelLocalizable(const CalloutPtr& callout) { return callout && callout->IsLabelLocalizable(); }
+bool IsLabelLocalizable(const CalloutPtr& callout) {
+  return callout && callout->IsLabelLocalizable();
+}
 
 bool IsLabelFreeInModelSpace(const CalloutPtr& callout) {
   constexpr int kFreeInModelSpace = 1;
   return callout && callout->GetLabelPlacementState() == kFreeInModelSpace;
+}
+
+bool IsLabelRelativeToScreen(const CalloutPtr& callout) { return callout && callout->IsLabelRelativeToScreen(); }
+
+dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout) {
+  if (!callout) return dg::DPoint3D::ORIGIN;
+  const dg::DPoint2D relative = callout->GetRelativeScreenPosition();
+  return {relative.x, relative.y, 0};
 }
 
 bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate) {
@@ -61,9 +83,13 @@ std::string IdOf(const du::SmartPtr<zrk::BaseInstance>& instance) {
   return instance ? instance->GetId().GetString() : std::string();
 }
 
-bool IsWeld(const SbomInstancePtr& instance) { return instance && instance->IsWeld(); }
+bool IsWeld(const SbomInstancePtr& instance) {
+  return instance && instance->IsWeld();
+}
 
-bool IsWeldMember(const SbomInstancePtr& instance) { return instance && instance->IsWeldMember(); }
+bool IsWeldMember(const SbomInstancePtr& instance) {
+  return instance && instance->IsWeldMember();
+}
 
 SbomInstancePtr SbomInstanceOf(const du::SmartPtr<zrk::illustration::SbomInstanceSelectionItem>& item) {
   return item ? item->GetSbomInstance() : SbomInstancePtr();
@@ -79,10 +105,17 @@ du::Symbol ValueOf(const du::SmartPtr<zrk::Property>& property) {
 }
 
 dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view) {
+  double scale = 1.0;
+  return PageRectangleOf(view, scale);
+}
+
+dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view, double& scale) {
   const auto illustrationView = du::DynamicCast<zrk::illustration::Illustration3dView>(view);
   if (!illustrationView || !illustrationView->GetPageSizeSettings().pageShown) return dg::DBox2D::EMPTY;
   const auto preview = du::DynamicCast<zrk::illustration::Illu3dPagePreview>(illustrationView->GetPrintPreview());
-  return preview ? preview->GetPageRectInPixels() : dg::DBox2D::EMPTY;
+  if (!preview) return dg::DBox2D::EMPTY;
+  scale = preview->GetScale();
+  return preview->GetPageRectInPixels();
 }
 
 dg::DBox2D WindowRectangleOf(const du::SmartPtr<zrk::ShapeView>& view) {
@@ -96,14 +129,33 @@ bool FindVisiblePoint(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartP
   return service && service->FindVisiblePoint(view, shape, point);
 }
 
-bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view) { return view && view->GetPickService(); }
+bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view) {
+  return view && view->GetPickService();
+}
 
-bool InsetAccepts(const du::SmartPtr<zrannotations::Inset>& inset, const CalloutPtr& callout) {
+bool InsetAccepts(const InsetPtr& inset, const CalloutPtr& callout) {
   return inset && inset->AcceptsCallout(callout);
 }
 
-void TellInsetItsCallouts(const du::SmartPtr<zrannotations::Inset>& inset, const std::set<CalloutPtr>& callouts) {
+bool IsTemplateReleased(const InsetPtr& inset) {
+  return inset && inset->IsReleased();
+}
+
+du::SmartPtr<zrk::ShapeScene> SubsetSceneOf(const InsetPtr& inset) {
+  return inset ? inset->GetSubsetScene() : du::SmartPtr<zrk::ShapeScene>();
+}
+
+void TellInsetItsCallouts(const InsetPtr& inset, const std::set<CalloutPtr>& callouts) {
   if (inset) inset->OnCalloutsChanged(callouts);
+}
+
+std::string SymbolKeyOf(const du::SmartPtr<zrannotations::SymbolAnnotation>& symbol) {
+  return "/" + (symbol ? symbol->GetInstanceId().GetString() : std::string());
+}
+
+std::string SymbolKeyOf(const du::SmartPtr<zrk::Instance>& symbol) {
+  const auto component = symbol ? symbol->GetComponentInstance() : nullptr;
+  return "/" + (component ? component->GetID().GetString() : std::string());
 }
 
 bool NotesAreLocalized() {

@@ -1,6 +1,6 @@
 #pragma once
-// What the component asks of its host under names that another host may spell differently. Porting to another host means
-// changing this folder. Every function accepts empty pointers and then answers empty, false or nothing.
+// What the component asks of its host under names that another host may spell differently. Porting to another host
+// means changing this folder. Every function accepts empty pointers and then answers empty, false or nothing.
 
 #include <cstdint>
 #include <optional>
@@ -15,8 +15,10 @@
 
 namespace zrk {
 class BaseInstance;
+class Instance;
 class Property;
 class ShapeInstance;
+class ShapeScene;
 class ShapeView;
 namespace illustration {
 class SbomInstance;
@@ -27,11 +29,13 @@ class TAnnotation;
 namespace zrannotations {
 class Callout;
 class Inset;
+class SymbolAnnotation;
 }  // namespace zrannotations
 
 namespace zrcallouts::hostlayer {
 
 using CalloutPtr = du::SmartPtr<zrannotations::Callout>;
+using InsetPtr = du::SmartPtr<zrannotations::Inset>;
 using SbomInstancePtr = du::SmartPtr<zrk::illustration::SbomInstance>;
 
 // Item numbers of a callout.
@@ -47,6 +51,9 @@ void DropItemId(const CalloutPtr& callout);
 [[nodiscard]] bool IsLabelLocalizable(const CalloutPtr& callout);
 /// Whether the label keeps its position in model space instead of following its first leader's instance.
 [[nodiscard]] bool IsLabelFreeInModelSpace(const CalloutPtr& callout);
+[[nodiscard]] bool IsLabelRelativeToScreen(const CalloutPtr& callout);
+/// The stored relative position of a screen-relative label, at depth 0.
+[[nodiscard]] dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout);
 
 // Templates.
 [[nodiscard]] bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate);
@@ -65,6 +72,8 @@ void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& 
 // Views.
 /// The printable page in pixels; empty when the view shows none.
 [[nodiscard]] dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view);
+/// The same with the scale of the page preview; `scale` keeps its value without a page.
+[[nodiscard]] dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view, double& scale);
 /// The whole drawing area of the view in pixels.
 [[nodiscard]] dg::DBox2D WindowRectangleOf(const du::SmartPtr<zrk::ShapeView>& view);
 /// Whether some of the shape can be seen in the view, and where; false without a pick service.
@@ -73,8 +82,15 @@ void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& 
 [[nodiscard]] bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view);
 
 // Insets.
-[[nodiscard]] bool InsetAccepts(const du::SmartPtr<zrannotations::Inset>& inset, const CalloutPtr& callout);
-void TellInsetItsCallouts(const du::SmartPtr<zrannotations::Inset>& inset, const std::set<CalloutPtr>& callouts);
+[[nodiscard]] bool InsetAccepts(const InsetPtr& inset, const CalloutPtr& callout);
+[[nodiscard]] bool IsTemplateReleased(const InsetPtr& inset);
+[[nodiscard]] du::SmartPtr<zrk::ShapeScene> SubsetSceneOf(const InsetPtr& inset);
+void TellInsetItsCallouts(const InsetPtr& inset, const std::set<CalloutPtr>& callouts);
+
+// 3D symbols.
+/// The registry's key of a 3D symbol: a slash and the id of its component instance.
+[[nodiscard]] std::string SymbolKeyOf(const du::SmartPtr<zrannotations::SymbolAnnotation>& symbol);
+[[nodiscard]] std::string SymbolKeyOf(const du::SmartPtr<zrk::Instance>& symbol);
 
 /// The notes flag of the open file's localisation settings; false without a world, file or settings.
 [[nodiscard]] bool NotesAreLocalized();

@@ -2,6 +2,7 @@
 #include <dp/ReadWriteLock.h>
 #include <zrannotations/Callout.h>
 #include <zrannotations/CombinedCallout.h>
+#include <zritemlist/ItemList.h>
 #include <zrk/AnnoSet.h>
 #include <zrk/Operation.h>
 #include <zrk/illustration/SbomInstance.h>
@@ -17,7 +18,7 @@ namespace zrcallouts {
 void Callouts::OnItemContentChanged(std::uint32_t itemId,
                                     std::set<du::SmartPtr<zrk::illustration::SbomInstance>> /*added*/,
                                     std::set<du::SmartPtr<zrk::illustration::SbomInstance>> /*removed*/) {
-  if (!itemList_) return;
+  if (!HeldItemList()) return;
   for (const auto& callout : CopyOfCallouts()) {
     if (hostlayer::CarriesItem(callout, itemId)) SetCalloutText(callout);
   }
@@ -50,7 +51,8 @@ void Callouts::OnItemRemoved(std::uint32_t itemId, const du::SmartPtr<zrk::Opera
     annoSet->RemoveAnnotationWithDependencies(callout, operation);
     annoSet->RemoveReferencedAnnotation(callout);
   }
-  for (const auto& combined : singles) annoSet->RemoveAnnotationFromSet(combined, du::SmartPtr<zrk::Operation>());
+  // In the operation too, so that undo brings the combined callout back along with its item.
+  for (const auto& combined : singles) annoSet->RemoveAnnotationFromSet(combined, operation);
 }
 
 void Callouts::OnListCleared(const du::SmartPtr<zrk::Operation>& operation) {

@@ -59,7 +59,8 @@ bool Callouts::SetCalloutText(const du::SmartPtr<Callout>& callout) {
   if (!callout) return false;
   const auto combined = du::DynamicCast<CombinedCallout>(callout);
   const std::string label = combined ? CombinedLabel(combined) : LabelFromTemplate(callout);
-  if (callout->CheckDynamicTextForLegacyCallout(label)) return true;  // keeps its own text
+  // A legacy callout keeps its own text; the members of a combined one were asked one by one.
+  if (!combined && callout->CheckDynamicTextForLegacyCallout(label)) return true;
   if (label.empty()) {
     du::Tracer::Trace(kTraceLevel, "zrcallouts", "Callout", "Callouts::SetCalloutText() - Empty Text for callout!");
     return false;
@@ -143,11 +144,7 @@ bool Callouts::CheckForTypeUpdate(du::SmartPtr<Callout>& callout) {
     return hasItem;
   }
   if (hasItem) return false;
-  du::SmartPtr<zritemlist::ItemList> itemList;
-  {
-    const dp::ReadWriteLock::ReadGuard guard(GetReadWriteLock());
-    itemList = itemList_;
-  }
+  const auto itemList = HeldItemList();
   const auto items = itemList ? itemList->GetZrkItemList() : nullptr;
   const auto instance = callout->GetSbomInstanceAtPos(0);
   unsigned itemId = 0;

@@ -23,7 +23,9 @@ namespace {
 constexpr std::uint32_t kLiteral = 0;
 constexpr std::uint32_t kProperty = 1;
 
-bool ShowsName(const LabelContent& content) { return content.display == "Name"; }
+bool ShowsName(const LabelContent& content) {
+  return content.display == "Name";
+}
 
 std::string QuantityText(const zritemlist::ItemList& itemList, std::uint32_t itemId) {
   const auto items = itemList.GetZrkItemList();
@@ -54,8 +56,8 @@ void LabelWorker::Build(const std::vector<du::SmartPtr<LabelContent>>& contents,
   label = text_;
 }
 
-// The first rule that applies makes the piece. Without an item number the item tokens are not special: they are looked up
-// like any part property of that name.
+// The first rule that applies makes the piece. Without an item number the item tokens are not special: they are looked
+// up like any part property of that name.
 void LabelWorker::Append(const LabelContent& content) {
   if (content.type == kLiteral) {
     text_ += content.text;

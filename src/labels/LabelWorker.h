@@ -35,12 +35,12 @@ struct LabelSource {
 
 /// Builds the label. Takes no lock; called on the thread that owns the scene.
 class LabelWorker final {
- public:
+public:
   explicit LabelWorker(const LabelSource& source);
 
   void Build(const std::vector<du::SmartPtr<zrk::illustration::LabelContent>>& contents, std::string& label);
 
- private:
+private:
   void Append(const zrk::illustration::LabelContent& content);
   bool AppendItemToken(const zrk::illustration::LabelContent& content);
   void AppendFileProperty(const zrk::illustration::LabelContent& content);

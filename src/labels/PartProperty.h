@@ -23,8 +23,8 @@ namespace zrcallouts {
 [[nodiscard]] du::SmartPtr<zrk::Property> FindPartProperty(const du::SmartPtr<zrannotations::Callout>& callout,
                                                            const zrk::illustration::LabelContent& content);
 
-/// What a label shows for a property that is not there: the user's preference in the authoring application, the scene's own
-/// setting elsewhere. Empty when switched off.
+/// What a label shows for a property that is not there: the user's preference in the authoring application, the scene's
+/// own setting elsewhere. Empty when switched off.
 [[nodiscard]] std::string MissingAttributeText(const du::SmartPtr<zrk::Scene>& scene);
 
 }  // namespace zrcallouts

@@ -1,5 +1,6 @@
 #include "labels/TemplatePattern.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include <zrk/illustration/LabelContent.h>

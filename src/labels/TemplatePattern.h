@@ -17,8 +17,8 @@ using LabelContents = std::vector<du::SmartPtr<zrk::illustration::LabelContent>>
 /// Writes the pattern of `contents`, properties numbered from 0 in content order; true when there is a literal piece.
 bool MakePattern(const LabelContents& contents, std::string& pattern);
 
-/// Appends to `localized` the content list that `pattern` describes over the properties of `contents`. Placeholders that
-/// name no property vanish. Does nothing when `contents` is empty.
+/// Appends to `localized` the content list that `pattern` describes over the properties of `contents`. Placeholders
+/// that name no property vanish. Does nothing when `contents` is empty.
 void ReadPattern(const std::string& pattern, const LabelContents& contents, LabelContents& localized);
 
 }  // namespace zrcallouts

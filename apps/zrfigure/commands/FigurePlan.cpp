@@ -74,8 +74,8 @@ double Capacity(const Box2& box, double scale, const LabelStock& labels, int rin
 
 }  // namespace
 
-LabelStock EstimateLabels(const Model& model, const std::vector<PlannedRow>& rows,
-                          const TemplateDefinition& definition, CalloutMode mode, const TextMeasure& text) {
+LabelStock EstimateLabels(const Model& model, const std::vector<PlannedRow>& rows, const TemplateDefinition& definition,
+                          CalloutMode mode, const TextMeasure& text) {
   LabelStock labels;
   for (const PlannedRow& row : rows) {
     const BalloonSize size = SizeBalloon(SplitLines(LabelOf(model, row, definition)), text);

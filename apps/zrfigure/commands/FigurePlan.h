@@ -1,5 +1,6 @@
 #pragma once
-// Divides the page before there is a callout: place of the parts list, room for labels, scale and position of the model.
+// Divides the page before there is a callout: place of the parts list, room for labels, scale and position of the
+// model.
 
 #include <vector>
 

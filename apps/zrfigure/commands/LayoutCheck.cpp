@@ -115,27 +115,47 @@ void CountPair(const Balloon& a, const Balloon& b, LayoutFaults& faults) {
   if (AnyLeadersMeet(a, b)) ++faults.leaderCrossings;
 }
 
-}  // namespace
-
-LayoutFaults CountLayoutFaults(const std::vector<Balloon>& balloons, const Box2& modelBox) {
-  // Sweep from left to right over the extents: a pair is looked at only while their x ranges overlap.
+/// Calls `visit(a, b)` for all pairs of balloons that come near each other. Sweeps from left to right over the extents:
+/// a pair is looked at only while their x ranges overlap.
+template <class Visit>
+void ForEachNearPair(const std::vector<Balloon>& balloons, const Visit& visit) {
   std::vector<Box2> extents;
   for (const Balloon& balloon : balloons) extents.push_back(Extent(balloon));
   std::vector<std::size_t> order(balloons.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return extents[a].minX < extents[b].minX; });
-  LayoutFaults faults;
   for (std::size_t i = 0; i < order.size(); ++i) {
     const std::size_t a = order[i];
-    if (Overlap(balloons[a].box, modelBox)) ++faults.labelsOverModel;
     for (std::size_t k = i + 1; k < order.size(); ++k) {
       const std::size_t b = order[k];
       if (extents[b].minX > extents[a].maxX + kSamePointPx) break;
-      if (!Apart(extents[a], extents[b])) CountPair(balloons[a], balloons[b], faults);
+      if (!Apart(extents[a], extents[b])) visit(a, b);
     }
   }
+}
+
+}  // namespace
+
+LayoutFaults CountLayoutFaults(const std::vector<Balloon>& balloons, const Box2& modelBox) {
+  LayoutFaults faults;
+  for (const Balloon& balloon : balloons) faults.labelsOverModel += Overlap(balloon.box, modelBox) ? 1 : 0;
+  ForEachNearPair(balloons, [&](std::size_t a, std::size_t b) { CountPair(balloons[a], balloons[b], faults); });
   return faults;
+}
+
+std::vector<std::size_t> FindTangledBalloons(const std::vector<Balloon>& balloons) {
+  std::vector<bool> tangled(balloons.size(), false);
+  ForEachNearPair(balloons, [&](std::size_t a, std::size_t b) {
+    const bool meet = AnyLeadersMeet(balloons[a], balloons[b]);
+    if (meet || AnyLeaderThrough(balloons[a], balloons[b].box)) tangled[a] = true;
+    if (meet || AnyLeaderThrough(balloons[b], balloons[a].box)) tangled[b] = true;
+  });
+  std::vector<std::size_t> indices;
+  for (std::size_t i = 0; i < tangled.size(); ++i) {
+    if (tangled[i]) indices.push_back(i);
+  }
+  return indices;
 }
 
 }  // namespace zrfigure

@@ -16,4 +16,7 @@ struct LayoutFaults {
 /// Counts on the geometry as it will be drawn. `modelBox` in page pixels; balloons and leaders may touch it.
 [[nodiscard]] LayoutFaults CountLayoutFaults(const std::vector<Balloon>& balloons, const Box2& modelBox);
 
+/// Ascending indices of the balloons whose leaders cross, touch or run through something of another balloon.
+[[nodiscard]] std::vector<std::size_t> FindTangledBalloons(const std::vector<Balloon>& balloons);
+
 }  // namespace zrfigure

@@ -80,6 +80,11 @@ void OccurrenceTree::FindWelds(const std::vector<std::string>& weldGlobs) {
   }
 }
 
+bool OccurrenceTree::IsWithin(int occurrence, int ancestor) const {
+  while (occurrence >= 0 && occurrence != ancestor) occurrence = model_.occurrences[occurrence].parent;
+  return occurrence >= 0;
+}
+
 bool OccurrenceTree::Matches(int occurrence, std::string_view glob) const {
   if (glob.find('/') == std::string_view::npos) {
     return MatchesGlob(glob, model_.occurrences[occurrence].name) || MatchesGlob(glob, ProductOf(occurrence).name);

@@ -26,6 +26,8 @@ public:
   [[nodiscard]] bool IsWeld(int occurrence) const { return nodes_[occurrence].weld; }
   /// The outermost weldment among the occurrence and its ancestors; the occurrence itself when there is none.
   [[nodiscard]] int CalloutTarget(int occurrence) const { return nodes_[occurrence].target; }
+  /// Whether `occurrence` is `ancestor` or stands below it; false for -1.
+  [[nodiscard]] bool IsWithin(int occurrence, int ancestor) const;
   /// Occurrences that carry a shape, depth first in file order.
   [[nodiscard]] const std::vector<int>& Leaves() const { return leaves_; }
   /// All occurrences, depth first in file order.

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "commands/OutputFiles.h"
 #include "commands/PageFormat.h"
 #include "commands/TemplateFile.h"
 
@@ -110,9 +111,7 @@ void RequireOneOf(const std::string& option, const std::string& value, const std
 }
 
 void RequireExtension(const std::string& option, const std::string& path, const std::vector<std::string>& allowed) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const std::string extension = LowerExtension(path);
   if (extension.empty()) Fail(option, "'" + path + "' has no extension that tells the format");
   RequireOneOf(option, extension, allowed);
 }

@@ -1,5 +1,7 @@
 #include "commands/OutputFiles.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -24,6 +26,13 @@ bool CheckOutputPath(const fs::path& path, std::string& error) {
     return true;
   }
   return false;
+}
+
+std::string LowerExtension(const fs::path& path) {
+  std::string extension = path.extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension;
 }
 
 void OutputFiles::Add(fs::path path, std::string bytes) {

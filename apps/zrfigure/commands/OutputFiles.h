@@ -11,6 +11,9 @@ namespace zrfigure {
 /// nothing. \return false with one line in `error` that begins with the path.
 [[nodiscard]] bool CheckOutputPath(const std::filesystem::path& path, std::string& error);
 
+/// The path's extension in lower case, with its dot; empty when it has none.
+[[nodiscard]] std::string LowerExtension(const std::filesystem::path& path);
+
 /// A set of files that appear together. Nothing is touched before Commit().
 class OutputFiles {
 public:

@@ -11,7 +11,7 @@ namespace zrfigure {
 /// Something the author should look at.
 struct Finding {
   std::string rule;  ///< Stable name, e.g. "item-not-visible".
-  int item = 0;      ///< Position in the parts list from 1; 0 when no item is concerned.
+  int item = 0;      ///< Id of the item; 0 when none is concerned.
   std::string message;
 };
 

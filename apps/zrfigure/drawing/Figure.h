@@ -67,6 +67,9 @@ struct Balloon {
   std::vector<Leader> leaders;
 };
 
+/// Free space either side of a cell's text, as a multiple of the lettering height.
+constexpr double kCellPadding = 0.6;
+
 enum class TextAlign { Left, Centre, Right };
 
 struct TableColumn {
@@ -82,8 +85,9 @@ struct TableRow {
 
 /// The ruled parts list on a page.
 struct PartsTable {
-  Point2 origin;         ///< Top left corner.
-  double rowHeight = 0;  ///< Pixels, filled by MeasureTable().
+  Point2 origin;               ///< Top left corner.
+  double letteringHeight = 0;  ///< Of capitals, pixels, filled by MeasureTable().
+  double rowHeight = 0;        ///< Pixels, filled by MeasureTable().
   std::vector<TableColumn> columns;
   std::vector<TableRow> rows;
 

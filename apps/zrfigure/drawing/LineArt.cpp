@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "drawing/LineSmoothing.h"
 #include "drawing/MeshLines.h"
 #include "drawing/VisibleRuns.h"
 #include "visibility/ParallelFor.h"
@@ -9,78 +10,56 @@
 namespace zrfigure {
 namespace {
 
-constexpr double kTickLength = 8;    // Pixels; a silhouette shorter than this must be joined to something at both ends.
-constexpr double kJoinDistance = 2;  // Pixels.
+constexpr double kTickLength = 8;      // Pixels; a shorter line must be joined to something.
+constexpr double kJoinDistance = 2;    // Pixels.
+constexpr double kSmall = 24;          // Pixels; an occurrence not larger than this gets narrow lines only.
 constexpr double kStraightness = 0.1;  // Pixels a dropped point may lie off the line.
-
-double LengthOf(const std::vector<Point2>& points) {
-  double length = 0;
-  for (std::size_t i = 1; i < points.size(); ++i) length += Distance(points[i - 1], points[i]);
-  return length;
-}
-
-double DistanceToSegment(Point2 p, Point2 a, Point2 b) {
-  const Point2 ab = b - a, ap = p - a;
-  const double squared = ab.x * ab.x + ab.y * ab.y;
-  const double t = squared > 0 ? std::clamp((ap.x * ab.x + ap.y * ab.y) / squared, 0.0, 1.0) : 0;
-  return Distance(p, a + ab * t);
-}
-
-// Drops points that the straight line between their neighbours replaces (D. Douglas, T. Peucker, 1973). An explicit
-// stack, because a thread's helix has more points than the call stack has room for.
-std::vector<Point2> Simplified(const std::vector<Point2>& points) {
-  std::vector<bool> keep(points.size());
-  keep.front() = keep.back() = true;
-  std::vector<std::pair<std::size_t, std::size_t>> open{{0, points.size() - 1}};
-  while (!open.empty()) {
-    const auto [first, last] = open.back();
-    open.pop_back();
-    double worst = kStraightness;
-    std::size_t at = first;
-    for (std::size_t i = first + 1; i < last; ++i) {
-      const double distance = DistanceToSegment(points[i], points[first], points[last]);
-      if (distance > worst) worst = distance, at = i;
-    }
-    if (at == first) continue;
-    keep[at] = true;
-    open.emplace_back(first, at);
-    open.emplace_back(at, last);
-  }
-  std::vector<Point2> kept;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    if (keep[i]) kept.push_back(points[i]);
-  }
-  return kept;
-}
 
 struct CandidateLine {
   ArtLine line;
   bool contour = false;
 };
 
-bool IsTick(const CandidateLine& candidate) {
-  return candidate.contour && LengthOf(candidate.line.points) < kTickLength;
+bool IsShort(const CandidateLine& candidate) {
+  const auto& points = candidate.line.points;
+  return PolylineLength(points) < kTickLength && Distance(points.front(), points.back()) > 0;
 }
 
-bool Touches(const std::vector<CandidateLine>& lines, Point2 p) {
-  return std::ranges::any_of(lines, [&](const CandidateLine& other) {
-    if (IsTick(other)) return false;
-    const auto& points = other.line.points;
-    for (std::size_t i = 1; i < points.size(); ++i) {
-      if (DistanceToSegment(p, points[i - 1], points[i]) < kJoinDistance) return true;
+// Silhouettes that may themselves be ticks hold nothing.
+bool IsHeld(const std::vector<CandidateLine>& lines, std::size_t self, Point2 p) {
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (i == self || (lines[i].contour && IsShort(lines[i]))) continue;
+    const auto& points = lines[i].line.points;
+    for (std::size_t k = 1; k < points.size(); ++k) {
+      if (DistanceToSegment(p, points[k - 1], points[k]) < kJoinDistance) return true;
     }
-    return false;
-  });
+  }
+  return false;
 }
 
-// Nearly edge-on twisted faces leave short pieces of silhouette beside the real one; nothing holds them at both ends.
+// Nearly edge-on twisted faces leave short pieces of silhouette beside the real one, and coarse facets short pieces of
+// crease. A short silhouette must be held at both ends, a short edge at one.
 void DropTicks(std::vector<CandidateLine>& lines) {
   std::vector<CandidateLine> kept;
-  for (const CandidateLine& line : lines) {
-    const auto& points = line.line.points;
-    if (!IsTick(line) || (Touches(lines, points.front()) && Touches(lines, points.back()))) kept.push_back(line);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const auto& points = lines[i].line.points;
+    bool keep = true;
+    if (IsShort(lines[i])) {
+      const bool start = IsHeld(lines, i, points.front()), end = IsHeld(lines, i, points.back());
+      keep = lines[i].contour ? start && end : start || end;
+    }
+    if (keep) kept.push_back(lines[i]);
   }
   lines = std::move(kept);
+}
+
+// Wide lines would fill such an occurrence.
+bool IsSmall(const std::vector<CandidateLine>& lines) {
+  Box2 box;
+  for (const CandidateLine& line : lines) {
+    for (const Point2 p : line.line.points) box.Add(p);
+  }
+  return std::max(box.Width(), box.Height()) < kSmall;
 }
 
 std::vector<ArtLine> LinesOfOccurrence(const LineArtInput& input, const MeshLines& mesh, int occurrence) {
@@ -92,9 +71,13 @@ std::vector<ArtLine> LinesOfOccurrence(const LineArtInput& input, const MeshLine
   for (const LineChain& chain : mesh.SharpEdges()) add(chain);
   for (const LineChain& chain : mesh.Contours(view.ToViewerInPart())) add(chain);
   DropTicks(candidates);
+  const bool small = IsSmall(candidates);
   std::vector<ArtLine> lines;
   for (CandidateLine& candidate : candidates) {
-    candidate.line.points = Simplified(candidate.line.points);
+    auto& points = candidate.line.points;
+    if (candidate.contour) points = Smoothed(points);  // Interpolated normals make it wiggle from facet to facet.
+    points = Simplified(points, kStraightness);
+    if (small) candidate.line.lineClass = LineClass::Edge;
     lines.push_back(std::move(candidate.line));
   }
   return lines;

@@ -5,7 +5,6 @@
 namespace zrfigure {
 namespace {
 
-constexpr double kCellPadding = 0.6;   // Either side of a cell's text, in cap heights.
 constexpr double kRowHeight = 2.0;     // In cap heights.
 constexpr double kMostOfPage = 0.4;    // What a table may take from the drawing.
 constexpr double kGap = 5 * kPxPerMm;  // Between drawing and table.
@@ -54,6 +53,7 @@ double PartsTable::Height() const {
 
 void MeasureTable(PartsTable& table, const TextMeasure& text, double maxWidth) {
   const double padding = 2 * kCellPadding * text.CapHeight();
+  table.letteringHeight = text.CapHeight();
   table.rowHeight = kRowHeight * text.CapHeight();
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     double width = text.Width(table.columns[i].title);

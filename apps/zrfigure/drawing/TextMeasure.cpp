@@ -4,11 +4,14 @@
 
 #include <utility>
 
+#include "drawing/Utf8.h"
+
 namespace zrfigure {
 namespace {
 
-// The families are tried by fontconfig in this order; the first name is what the SVG asks for first, too.
-constexpr const char* kMeasuredFamily = "osifont,sans-serif";
+// One name: cairo takes a list for the name of a single font. Fontconfig answers an unknown name with its sans-serif,
+// as the list in kFontFamily does.
+constexpr const char* kMeasuredFamily = "osifont";
 // Measured large and without hinting, so that widths scale as an SVG renderer's do.
 constexpr double kReferenceSize = 1000;
 
@@ -18,28 +21,6 @@ struct SurfaceRelease {
 struct ContextRelease {
   void operator()(cairo_t* context) const { cairo_destroy(context); }
 };
-
-// Length of the valid UTF-8 at the start of `text`. Cairo refuses a whole string for one bad byte, and stays refused.
-std::size_t ValidPrefix(std::string_view text) {
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const auto lead = static_cast<unsigned char>(text[at]);
-    const std::size_t length = lead < 0x80                   ? 1
-                               : lead >= 0xF0 && lead < 0xF5 ? 4
-                               : lead >= 0xE0 && lead < 0xF0 ? 3
-                               : lead >= 0xC2 && lead < 0xE0 ? 2
-                                                             : 0;
-    if (length == 0 || lead == 0 || at + length > text.size()) break;
-    bool whole = true;
-    for (std::size_t i = 1; i < length; ++i) whole = whole && (static_cast<unsigned char>(text[at + i]) & 0xC0) == 0x80;
-    const auto second = static_cast<unsigned char>(length > 2 ? text[at + 1] : 0);
-    const bool surrogateOrOverlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second >= 0xA0) ||
-                                     (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second >= 0x90);
-    if (!whole || surrogateOrOverlong) break;
-    at += length;
-  }
-  return at;
-}
 
 }  // namespace
 
@@ -71,22 +52,23 @@ TextMeasure::~TextMeasure() = default;
 TextMeasure::TextMeasure(TextMeasure&&) noexcept = default;
 TextMeasure& TextMeasure::operator=(TextMeasure&&) noexcept = default;
 
+// Cairo refuses text with a bad byte and stays refused; what is measured is what will be drawn, with the bad byte
+// replaced.
 double TextMeasure::Width(std::string_view text) const {
-  const std::string valid(text.substr(0, ValidPrefix(text)));
-  return valid.empty() ? 0 : impl_->Extents(valid).x_advance * fontSize_ / kReferenceSize;
+  return text.empty() ? 0 : impl_->Extents(XmlSafeText(text)).x_advance * fontSize_ / kReferenceSize;
 }
 
 std::string TextMeasure::Shortened(std::string_view text, double maxWidth) const {
   if (Width(text) <= maxWidth) return std::string(text);
-  static const std::string kEllipsis = "\u2026";
-  std::size_t length = ValidPrefix(text);
-  while (length > 0) {
-    do --length;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80);
-    std::string shortened = std::string(text.substr(0, length)) + kEllipsis;
-    if (Width(shortened) <= maxWidth) return shortened;
+  static const std::string kEllipsis = "\xE2\x80\xA6";
+  std::string shortened;
+  while (true) {
+    const std::string_view rest = text.substr(shortened.size());
+    const std::size_t length = std::max<std::size_t>(1, Utf8CharacterLength(rest));
+    const std::string longer = shortened + std::string(rest.substr(0, length));
+    if (rest.empty() || Width(longer + kEllipsis) > maxWidth) return shortened + kEllipsis;
+    shortened = longer;
   }
-  return kEllipsis;
 }
 
 }  // namespace zrfigure

@@ -72,7 +72,6 @@ public:
   }
 
   [[nodiscard]] LineClass ClassAt(double s) const {
-    if (chain_.contour) return LineClass::Outline;
     const auto [index, t] = Locate(s);
     const Point2 along = pixels_[index + 1] - pixels_[index];
     const double length = std::hypot(along.x, along.y);

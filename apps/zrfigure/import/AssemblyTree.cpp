@@ -9,6 +9,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <cmath>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <utility>
@@ -100,7 +101,9 @@ TopoDS_Shape JoinRepresentations(const TDF_LabelSequence& components) {
 class TreeBuilder {
 public:
   TreeBuilder(const SourceDocument& source, const AssemblyTreeOptions& options)
-      : facts_(source.facts), options_(options) {
+      : facts_(source.facts),
+        options_(options),
+        fallbackName_(std::filesystem::path(options.fileName).stem().string()) {
     tree_.model.warnings = source.warnings;
     TDF_LabelSequence roots;
     XCAFDoc_DocumentTool::ShapeTool(source.document->Main())->GetFreeShapes(roots);
@@ -125,7 +128,7 @@ private:
   int AddRoot(const TDF_LabelSequence& roots) {
     const std::string name = roots.Length() == 1 ? FileName(DefinitionOf(roots.First())) : std::string();
     Product root;
-    root.name = IsInventedName(name) ? options_.fallbackName : name;
+    root.name = IsInventedName(name) ? fallbackName_ : name;
     root.isAssembly = true;
     tree_.model.products.push_back(root);
     tree_.shapes.emplace_back();
@@ -176,6 +179,7 @@ private:
   /// The name the file gives, without the version that some systems append to the identifier.
   std::string FileName(const TDF_Label& definition) const {
     const std::string name = NameOf(definition);
+    if (name == options_.fileName) return fallbackName_;
     const auto facts = facts_.find(EntryOf(definition));
     const bool hasVersion = facts != facts_.end() && IsVersionOf(name, facts->second.id);
     return hasVersion ? facts->second.id : name;
@@ -195,7 +199,7 @@ private:
   /// Geometry without any name belongs to the assembly it stands in and takes that one's name; a second one is
   /// numbered.
   std::string OwnGeometryName(int parent) {
-    if (parent < 0) return options_.fallbackName;
+    if (parent < 0) return fallbackName_;
     const int owner = tree_.model.occurrences[static_cast<std::size_t>(parent)].product;
     const std::string& base = tree_.model.products[static_cast<std::size_t>(owner)].name;
     const int count = ++ownGeometryCount_[owner];
@@ -204,6 +208,7 @@ private:
 
   const StepProductFactsByEntry& facts_;
   const AssemblyTreeOptions& options_;
+  std::string fallbackName_;
   AssemblyTree tree_;
   std::map<std::string, int> productOfEntry_;
   std::map<int, int> ownGeometryCount_;

@@ -18,7 +18,7 @@ struct AssemblyTree {
 };
 
 struct AssemblyTreeOptions {
-  std::string fallbackName;        ///< Name of the root when the file gives none.
+  std::string fileName;            ///< Without folders; its stem names a root that has no name, or this one.
   bool namesAreInstances = false;  ///< The format has one name a node: an assembly's name carries an instance suffix.
 };
 

@@ -1,5 +1,6 @@
 #include "import/DocumentReader.h"
 
+#include <Interface_InterfaceModel.hxx>
 #include <Interface_Static.hxx>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
@@ -8,7 +9,9 @@
 #include <RWObj_CafReader.hxx>
 #include <STEPCAFControl_ExternFile.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XSControl_WorkSession.hxx>
 #include <algorithm>
+#include <string_view>
 
 #include "import/ImportError.h"
 #include "import/NameText.h"
@@ -31,13 +34,35 @@ void WantNamesOnly(STEPCAFControl_Reader& reader) {
 }
 
 void WarnOfUnreadReferences(const STEPCAFControl_Reader& reader, std::vector<std::string>& warnings) {
+  std::vector<std::string> unread;
   for (NCollection_DataMap<TCollection_AsciiString, Handle(STEPCAFControl_ExternFile)>::Iterator file(
            reader.ExternFiles());
        file.More(); file.Next()) {
     const bool isRead = !file.Value().IsNull() && file.Value()->GetLoadStatus() == IFSelect_RetDone;
-    if (!isRead) warnings.push_back("referenced file '" + CleanText(file.Key().ToCString()) + "' cannot be read");
+    if (!isRead) unread.push_back("referenced file '" + CleanText(file.Key().ToCString()) + "' cannot be read");
   }
-  std::sort(warnings.begin(), warnings.end());
+  std::sort(unread.begin(), unread.end());
+  warnings.insert(warnings.end(), unread.begin(), unread.end());
+}
+
+/// Well-meant files hold many harmless errors, such as unset names; only these kinds of record carry parts and
+/// surfaces.
+bool CarriesGeometry(const Handle(Standard_Transient) & record) {
+  const std::string_view type = record->DynamicType()->Name();
+  return type.substr(0, 9) == "StepGeom_" || type.substr(0, 10) == "StepShape_" ||
+         type == "StepRepr_NextAssemblyUsageOccurrence";
+}
+
+/// The CAD library goes on without records that it read with errors: what they described may be missing.
+void WarnOfDamagedRecords(const STEPCAFControl_Reader& reader, std::vector<std::string>& warnings) {
+  const Handle(Interface_InterfaceModel) model = reader.Reader().WS()->Model();
+  int count = 0;
+  for (int i = 1; i <= model->NbEntities(); ++i) {
+    if (model->IsErrorEntity(i) && CarriesGeometry(model->Value(i))) ++count;
+  }
+  if (count == 0) return;
+  const std::string records = count == 1 ? " damaged record" : " damaged records";
+  warnings.push_back(std::to_string(count) + records + " in the file; parts or faces may be missing");
 }
 
 void ReadStep(const std::string& path, SourceDocument& source) {
@@ -46,6 +71,7 @@ void ReadStep(const std::string& path, SourceDocument& source) {
   // CP1252 would break raw UTF-8, and UTF-8 would cut names at the first raw Latin-1 letter: decided per file.
   Interface_Static::SetCVal("read.step.codepage", IsUtf8File(path) ? "UTF8" : "CP1252");
   if (reader.ReadFile(path.c_str()) != IFSelect_RetDone) throw ImportError("the STEP file is damaged");
+  WarnOfDamagedRecords(reader, source.warnings);
   if (!reader.Transfer(source.document)) throw ImportError("no product structure or shape in the STEP file");
   source.facts = CollectStepProductFacts(reader);
   WarnOfUnreadReferences(reader, source.warnings);

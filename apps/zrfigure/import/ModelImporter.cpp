@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <gp_GTrsf.hxx>
 #include <utility>
 
 #include "import/AssemblyTree.h"
@@ -23,12 +22,22 @@ namespace {
 constexpr double kDeflectionOfDiagonal = 0.0005;
 constexpr double kSmallestDeflection = 1e-6;
 
-gp_Trsf ToTransform(const Placement& p) {
-  const auto& m = p.linear;
-  gp_GTrsf general(gp_Mat(m[0][0], m[1][0], m[2][0], m[0][1], m[1][1], m[2][1], m[0][2], m[1][2], m[2][2]),
-                   gp_XYZ(p.translation.x, p.translation.y, p.translation.z));
-  general.SetForm();
-  return general.Trsf();
+gp_Pnt ToWorld(const Placement& placement, const gp_Pnt& p) {
+  const auto& m = placement.linear;
+  const Vec3& t = placement.translation;
+  return {p.X() * m[0][0] + p.Y() * m[1][0] + p.Z() * m[2][0] + t.x,
+          p.X() * m[0][1] + p.Y() * m[1][1] + p.Z() * m[2][1] + t.y,
+          p.X() * m[0][2] + p.Y() * m[1][2] + p.Z() * m[2][2] + t.z};
+}
+
+void AddTransformed(const Bnd_Box& box, const Placement& placement, Bnd_Box& target) {
+  const gp_Pnt low = box.CornerMin();
+  const gp_Pnt high = box.CornerMax();
+  for (const double x : {low.X(), high.X()}) {
+    for (const double y : {low.Y(), high.Y()}) {
+      for (const double z : {low.Z(), high.Z()}) target.Add(ToWorld(placement, gp_Pnt(x, y, z)));
+    }
+  }
 }
 
 /// Diagonal of the box round the boxes of all occurrences: a few per cent too large for turned parts, but cheap.
@@ -40,9 +49,9 @@ double SceneDiagonal(const AssemblyTree& tree) {
   Bnd_Box scene;
   for (const Occurrence& occurrence : tree.model.occurrences) {
     const Bnd_Box& box = boxes[static_cast<std::size_t>(occurrence.product)];
-    if (!box.IsVoid()) scene.Add(box.Transformed(ToTransform(occurrence.toWorld)));
+    if (!box.IsVoid() && !box.IsOpen()) AddTransformed(box, occurrence.toWorld, scene);
   }
-  return scene.IsVoid() || scene.IsOpen() ? 1.0 : std::sqrt(scene.SquareExtent());
+  return scene.IsVoid() ? 1.0 : std::sqrt(scene.SquareExtent());
 }
 
 /// A part that the mesher gives up on is left out like one without faces; the rest of the assembly is still worth a
@@ -67,14 +76,14 @@ Model ModelImporter::Import() const {
   const FileFormat format = CheckFile(path_);
   const std::filesystem::path absolute = std::filesystem::absolute(path_);
   AssemblyTreeOptions options;
-  options.fallbackName = CleanText(absolute.stem().string());
+  options.fileName = CleanText(absolute.filename().string());
   options.namesAreInstances = format != FileFormat::Step;
   AssemblyTree tree = BuildAssemblyTree(ReadDocument(absolute.string(), format), options);
   MeshParts(tree);
   if (format != FileFormat::Step) MergeEqualProducts(tree.model);
   DropEmptyParts(tree.model);
   if (tree.model.occurrences.empty()) throw ImportError("no solid or surface in file");
-  tree.model.sourceName = CleanText(absolute.filename().string());
+  tree.model.sourceName = options.fileName;
   return std::move(tree.model);
 }
 

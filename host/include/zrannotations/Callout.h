@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -74,11 +75,11 @@ public:
                   const du::SmartPtr<zrk::ShapeScene>& scene,
                   const du::SmartPtr<zrk::illustration::SbomInstance>& assembly);
   [[nodiscard]] bool IsInitialized() const;
-  /// One of Type.
+  /// One of Type, by what the definition requires at present.
   [[nodiscard]] unsigned GetType() const;
   /// The template the callout was made from, also after its use was released; null when there is none.
   [[nodiscard]] du::SmartPtr<zrk::illustration::TAnnotation> GetDefinition() const;
-  /// Replaces the definition, and with it type and markdown; an observer and the use of the template move along.
+  /// Replaces the definition; an observer and the use of the template move along.
   void UpdateDefinition(const du::SmartPtr<zrk::illustration::TAnnotation>& definition);
   /// Gives the use of the template back; harmless twice.
   void ReleaseCalloutTemplate();
@@ -106,6 +107,7 @@ public:
   [[nodiscard]] unsigned GetSetTextCount() const;
   /// The stored text as written, markdown included.
   [[nodiscard]] std::string GetMarkupText() const;
+  /// As the definition is, unless SetIsMarkdown says otherwise.
   [[nodiscard]] bool IsMarkdown() const;
   void SetIsMarkdown(bool markdown);
   /// True when the callout comes from an old document and keeps its own text instead of `label`.
@@ -246,13 +248,13 @@ protected:
   [[nodiscard]] virtual LeaderVector GetFollowingLeaders() const;
   void SetLeaders(const LeaderVector& leaders);
   void SetParentLink(const ParentLink& link);
+  [[nodiscard]] SceneLink GetSceneLink() const override;
 
 private:
   struct Flags {
     bool initialized = false;
     bool custom = false;
     bool kit = false;
-    bool markdown = false;
     bool legacyDynamicText = false;
     bool referencedInAnimation = false;
   };
@@ -263,21 +265,22 @@ private:
     unsigned notifyChanged = 0;
   };
 
-  void Define(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate);
-  void PlaceDefaultLabel(const dg::DPoint3D& anchor, const dg::DBox& box);
+  using Template = du::SmartPtr<zrk::illustration::TAnnotation>;
+
+  void Define(const Template& callouttemplate);
+  void PlaceDefaultLabel(const dg::DBox& target);
   void UseTemplate(bool use);
-  void ExchangeObserver(const du::SmartPtr<zrk::illustration::CalloutTemplateObserver>& observer);
+  void ExchangeObserver(du::SmartPtr<zrk::illustration::CalloutTemplateObserver> observer);
   [[nodiscard]] du::SmartPtr<CalloutLeader> GetLeaderAtPos(unsigned position) const;
   [[nodiscard]] CalloutLabelPlacement GetPlacement() const;
-  void SetPlacement(const CalloutLabelPlacement& placement);
-  [[nodiscard]] std::string ResolvePattern(const du::Symbol& text);
+  [[nodiscard]] du::Symbol ResolvePattern(const du::Symbol& text);
   void RestoreText(const CalloutSnapshot& snapshot);
   void RestoreLeaders(const CalloutSnapshot& snapshot);
 
   mutable dp::Mutex mutex_;
   Flags flags_ ZR_GUARDED_BY(mutex_);
   Counters counters_ ZR_GUARDED_BY(mutex_);
-  unsigned type_ ZR_GUARDED_BY(mutex_) = ItemListType;
+  std::optional<bool> markdown_ ZR_GUARDED_BY(mutex_);
   du::SmartPtr<zrk::illustration::TAnnotation> definition_ ZR_GUARDED_BY(mutex_);
   bool usingTemplate_ ZR_GUARDED_BY(mutex_) = false;
   du::SmartPtr<zrk::illustration::CalloutTemplateObserver> templateObserver_ ZR_GUARDED_BY(mutex_);

@@ -20,7 +20,8 @@ namespace zrannotations {
 [[nodiscard]] ZR_HOST_API std::string GetCalloutLabelFilePropertyValue(const du::SmartPtr<zrk::Scene>& scene,
                                                                        const std::string& group,
                                                                        const std::string& name);
-/// Stores a file property with the scene; it lives as long as the scene does. [any-thread]
+/// Stores a file property with the scene, for as long as the scene lives; nothing for another group or no scene.
+/// [any-thread]
 ZR_HOST_API void SetFileProperty(const du::SmartPtr<zrk::Scene>& scene, const std::string& group,
                                  const std::string& name, const std::string& value);
 

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
-#include <dg/DPoint2D.h>
-#include <dg/DPoint3D.h>
-#include <du/LocalizableString.h>
 #include <du/SmartPtr.h>
 #include <du/Symbol.h>
 #include <zrannotations/Callout.h>
@@ -31,18 +29,14 @@ struct CalloutSnapshot {
     du::SmartPtr<CalloutLeader> leader;
     bool hidden = false;
     bool visible = true;
-    bool anchorCalculated = false;
-    dg::DPoint3D anchor;
-    std::vector<dg::DPoint3D> bendPoints;
   };
 
   du::SmartPtr<zrk::illustration::TAnnotation> definition;
-  unsigned type = 0;
+  std::optional<bool> markdown;
   du::Symbol text;
-  bool markdown = false;
-  du::LocalizableString localizableString;
+  du::Symbol localizableSource;
   CalloutLabelPlacement label;
-  bool hasItemId = false;
+  /// 0 = none.
   std::uint32_t itemId = 0;
   std::vector<LeaderState> leaders;
   std::vector<du::SmartPtr<Callout>> members;

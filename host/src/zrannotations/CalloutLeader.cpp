@@ -1,5 +1,6 @@
 #include <zrannotations/CalloutLeader.h>
 
+#include <algorithm>
 #include <utility>
 
 #include <zrannotations/AssemblyShapes.h>
@@ -259,20 +260,17 @@ CalloutLeader::State CalloutLeader::GetState() const {
 }
 
 bool CalloutLeader::IsResolved() const {
-  du::SmartPtr<zrk::ShapeInstance> shape;
-  ShapeSet shapes;
+  du::SmartPtr<zrk::ShapeInstance> first;
   {
     const dp::MutexGuard guard(mutex_);
-    shape = state_.shapeInstance;
-    // Usually the first shape answers; only an assembly whose first shape is gone costs a copy.
-    if (!shape && !state_.shapeInstances.empty()) shape = *state_.shapeInstances.begin();
-    if (!state_.shapeInstance && !IsInScene(shape)) shapes = state_.shapeInstances;
+    first = state_.shapeInstance;
+    if (!first && !state_.shapeInstances.empty()) first = *state_.shapeInstances.begin();
   }
-  if (IsInScene(shape)) return true;
-  for (const du::SmartPtr<zrk::ShapeInstance>& candidate : shapes) {
-    if (IsInScene(candidate)) return true;
-  }
-  return false;
+  if (!first) return false;
+  if (IsInScene(first)) return true;
+  // Only an assembly whose first shape is gone costs a copy of its set.
+  const ShapeSet shapes = GetShapeInstances();
+  return std::any_of(shapes.begin(), shapes.end(), IsInScene);
 }
 
 dg::Location CalloutLeader::GetLocation() const {

@@ -1,19 +1,14 @@
 // Shortest augmenting paths over reduced costs (Jonker and Volgenant: A shortest augmenting path algorithm for dense
 // and sparse linear assignment problems, 1987). Contested columns first get dearer by what their takers would lose with
-// the second best. Each row that is still free then starts a Dijkstra search over the columns for the cheapest chain of
-// moves that ends in a free column; the potentials keep all reduced costs non-negative. A search looks at the cheapest
-// few columns of a row only. No other column can be nearer than the row's bound, the dearest of these few, because
-// column potentials are never positive; the rest of the row is looked at when the search gets that far, which is
-// seldom. So the result is exact, at a fraction of the work of full rows. Cost: rows * rows * columns at worst; a
-// thousand leaders take some tens of milliseconds.
+// the second best, which settles some rows. Each row that is still free starts a Dijkstra search over the columns for
+// the cheapest chain of moves that ends in a free column; the potentials keep all reduced costs non-negative. Cost:
+// rows * rows * columns at worst; for distances in the plane a search ends after a small share of the rows.
 #include "layout/placement/Assignment.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <limits>
 #include <numeric>
-#include <queue>
-#include <tuple>
+#include <utility>
 
 namespace zrcallouts::placement {
 
@@ -21,96 +16,55 @@ namespace {
 
 constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr std::size_t kCheapFew = 64;
 
 class AssignmentSolver {
 public:
-  explicit AssignmentSolver(const CostMatrix& costs);
+  AssignmentSolver(const CostMatrix& costs, std::vector<double> potential)
+      : costs_(costs),
+        rowPotential_(costs.Rows(), 0),
+        columnPotential_(std::move(potential)),
+        columnOfRow_(costs.Rows(), kNone),
+        rowOfColumn_(costs.Columns(), kNone),
+        distance_(costs.Columns()),
+        open_(costs.Columns()),
+        predecessor_(costs.Columns()) {}
 
-  std::vector<std::size_t> Solve();
+  Assignment Solve();
 
 private:
-  /// A column reached by a search, or with `column` == kNone the rest of a row.
-  struct Event {
-    double distance;
-    std::size_t column, row;
-    friend bool operator>(const Event& a, const Event& b) {
-      return std::tie(a.distance, a.column, a.row) > std::tie(b.distance, b.column, b.row);
-    }
-  };
   struct TwoBest {
     std::size_t column = kNone;
     double least = kInfinity, second = kInfinity;
-    void Offer(std::size_t candidate, double cost);
   };
 
-  void FindCheapFew();
   [[nodiscard]] TwoBest FindTwoBest(std::size_t row) const;
   void ReduceRows();
   void Augment(std::size_t freeRow);
   void Leave(std::size_t row, double distance);
-  void Reach(std::size_t row, std::size_t column, double base);
+  [[nodiscard]] std::size_t Nearest() const;
   void Finish(std::size_t freeRow, std::size_t sink);
 
   const CostMatrix& costs_;
-  std::size_t few_;                   ///< Columns that a search looks at first, per row.
-  std::vector<std::uint32_t> cheap_;  ///< The cheapest columns, few_ a row.
-  std::vector<double> bound_;         ///< By row: no column outside the cheap ones costs less.
   std::vector<double> rowPotential_, columnPotential_;
   std::vector<std::size_t> columnOfRow_, rowOfColumn_;
   std::vector<double> distance_;          ///< By column: length of the shortest path found so far.
+  std::vector<double> open_;              ///< The same while that may still shrink, infinite afterwards.
   std::vector<std::size_t> predecessor_;  ///< By column: row before it on that path.
-  std::vector<std::size_t> touched_;      ///< Columns with a distance.
-  std::vector<std::size_t> settled_;      ///< Columns with a final distance.
-  std::priority_queue<Event, std::vector<Event>, std::greater<>> events_;
+  std::vector<std::size_t> settled_;      ///< Columns whose distance is final.
 };
-
-AssignmentSolver::AssignmentSolver(const CostMatrix& costs)
-    : costs_(costs),
-      few_(std::min(kCheapFew, costs.Columns())),
-      cheap_(costs.Rows() * few_),
-      bound_(costs.Rows(), kInfinity),
-      rowPotential_(costs.Rows(), 0),
-      columnPotential_(costs.Columns(), 0),
-      columnOfRow_(costs.Rows(), kNone),
-      rowOfColumn_(costs.Columns(), kNone),
-      distance_(costs.Columns(), kInfinity),
-      predecessor_(costs.Columns(), kNone) {}
-
-void AssignmentSolver::FindCheapFew() {
-  std::vector<std::uint32_t> columns(costs_.Columns());
-  for (std::size_t row = 0; row < costs_.Rows(); ++row) {
-    const double* const cost = costs_.Row(row);
-    const auto cheaper = [cost](std::uint32_t a, std::uint32_t b) {
-      return std::tie(cost[a], a) < std::tie(cost[b], b);
-    };
-    std::iota(columns.begin(), columns.end(), 0U);
-    const auto last = columns.begin() + static_cast<std::ptrdiff_t>(few_) - 1;
-    std::nth_element(columns.begin(), last, columns.end(), cheaper);
-    std::copy(columns.begin(), last + 1, cheap_.begin() + static_cast<std::ptrdiff_t>(row * few_));
-    if (few_ < costs_.Columns()) bound_[row] = cost[*last];
-  }
-}
-
-void AssignmentSolver::TwoBest::Offer(std::size_t candidate, double cost) {
-  if (cost < least) {
-    second = least;
-    least = cost;
-    column = candidate;
-  } else if (cost < second) {
-    second = cost;
-  }
-}
 
 AssignmentSolver::TwoBest AssignmentSolver::FindTwoBest(std::size_t row) const {
   const double* const cost = costs_.Row(row);
   TwoBest best;
-  for (std::size_t k = row * few_; k < (row + 1) * few_; ++k)
-    best.Offer(cheap_[k], cost[cheap_[k]] - columnPotential_[cheap_[k]]);
-  if (best.second <= bound_[row]) return best;
-  best = {};
-  for (std::size_t column = 0; column < costs_.Columns(); ++column)
-    best.Offer(column, cost[column] - columnPotential_[column]);
+  for (std::size_t column = 0; column < costs_.Columns(); ++column) {
+    const double reduced = cost[column] - columnPotential_[column];
+    if (reduced >= best.second) continue;
+    if (reduced < best.least) {
+      best = {column, reduced, best.least};
+    } else {
+      best.second = reduced;
+    }
+  }
   return best;
 }
 
@@ -118,12 +72,11 @@ AssignmentSolver::TwoBest AssignmentSolver::FindTwoBest(std::size_t row) const {
 void AssignmentSolver::ReduceRows() {
   std::vector<std::size_t> queue(costs_.Rows());
   std::iota(queue.begin(), queue.end(), std::size_t{0});
-  std::size_t budget = 16 * costs_.Rows();
-  for (std::size_t head = 0; head < queue.size() && budget > 0; ++head, --budget) {
+  const std::size_t budget = 8 * costs_.Rows();
+  for (std::size_t head = 0; head < queue.size() && head < budget; ++head) {
     const std::size_t row = queue[head];
     const TwoBest best = FindTwoBest(row);
-    rowPotential_[row] = costs_.Columns() > 1 ? best.second : best.least;
-    columnPotential_[best.column] -= rowPotential_[row] - best.least;
+    if (costs_.Columns() > 1) columnPotential_[best.column] -= best.second - best.least;
     if (const std::size_t displaced = rowOfColumn_[best.column]; displaced != kNone) {
       columnOfRow_[displaced] = kNone;
       queue.push_back(displaced);
@@ -131,42 +84,49 @@ void AssignmentSolver::ReduceRows() {
     rowOfColumn_[best.column] = row;
     columnOfRow_[row] = best.column;
   }
-}
-
-void AssignmentSolver::Reach(std::size_t row, std::size_t column, double base) {
-  const double length = base + costs_.Row(row)[column] - columnPotential_[column];
-  if (length >= distance_[column]) return;
-  if (distance_[column] == kInfinity) touched_.push_back(column);
-  distance_[column] = length;
-  predecessor_[column] = row;
-  events_.push({length, column, row});
+  for (std::size_t row = 0; row < costs_.Rows(); ++row) rowPotential_[row] = FindTwoBest(row).least;
 }
 
 void AssignmentSolver::Leave(std::size_t row, double distance) {
+  const double* const cost = costs_.Row(row);
   const double base = distance - rowPotential_[row];
-  for (std::size_t k = row * few_; k < (row + 1) * few_; ++k) Reach(row, cheap_[k], base);
-  if (few_ < costs_.Columns()) events_.push({base + bound_[row], kNone, row});
+  const double* const potential = columnPotential_.data();
+  double *const best = distance_.data(), *const open = open_.data();
+  std::size_t* const predecessor = predecessor_.data();
+  // A settled column is never improved, so it stays infinite in `open`.
+  for (std::size_t column = 0, count = costs_.Columns(); column < count; ++column) {
+    const double length = base + cost[column] - potential[column];
+    const bool shorter = length < best[column];
+    best[column] = shorter ? length : best[column];
+    open[column] = shorter ? length : open[column];
+    predecessor[column] = shorter ? row : predecessor[column];
+  }
+}
+
+std::size_t AssignmentSolver::Nearest() const {
+  // Four chains of minima, since one chain would wait for its own last result.
+  double least[4] = {kInfinity, kInfinity, kInfinity, kInfinity};
+  std::size_t column = 0;
+  for (; column + 4 <= open_.size(); column += 4)
+    for (std::size_t k = 0; k < 4; ++k) least[k] = open_[column + k] < least[k] ? open_[column + k] : least[k];
+  for (; column < open_.size(); ++column) least[0] = std::min(least[0], open_[column]);
+  const double nearest = *std::min_element(least, least + 4);
+  return static_cast<std::size_t>(std::find(open_.begin(), open_.end(), nearest) - open_.begin());
 }
 
 void AssignmentSolver::Augment(std::size_t freeRow) {
-  for (const std::size_t column : touched_) distance_[column] = kInfinity;
-  touched_.clear();
+  std::fill(distance_.begin(), distance_.end(), kInfinity);
+  std::fill(open_.begin(), open_.end(), kInfinity);
   settled_.clear();
-  events_ = {};
   Leave(freeRow, 0);
-  for (;;) {
-    const Event event = events_.top();
-    events_.pop();
-    if (event.column == kNone) {
-      const double base = event.distance - bound_[event.row];
-      for (std::size_t column = 0; column < costs_.Columns(); ++column) Reach(event.row, column, base);
-      continue;
-    }
-    if (event.distance > distance_[event.column]) continue;
-    if (rowOfColumn_[event.column] == kNone) return Finish(freeRow, event.column);
-    settled_.push_back(event.column);
-    Leave(rowOfColumn_[event.column], event.distance);
+  std::size_t column = Nearest();
+  while (rowOfColumn_[column] != kNone) {
+    settled_.push_back(column);
+    open_[column] = kInfinity;
+    Leave(rowOfColumn_[column], distance_[column]);
+    column = Nearest();
   }
+  Finish(freeRow, column);
 }
 
 void AssignmentSolver::Finish(std::size_t freeRow, std::size_t sink) {
@@ -184,22 +144,20 @@ void AssignmentSolver::Finish(std::size_t freeRow, std::size_t sink) {
   }
 }
 
-std::vector<std::size_t> AssignmentSolver::Solve() {
-  FindCheapFew();
+Assignment AssignmentSolver::Solve() {
   ReduceRows();
-  for (std::size_t row = 0; row < costs_.Rows(); ++row) {
-    if (columnOfRow_[row] != kNone) continue;
-    rowPotential_[row] = FindTwoBest(row).least;
-    Augment(row);
-  }
-  return columnOfRow_;
+  for (std::size_t row = 0; row < costs_.Rows(); ++row)
+    if (columnOfRow_[row] == kNone) Augment(row);
+  return {columnOfRow_, columnPotential_};
 }
 
 }  // namespace
 
-std::vector<std::size_t> MinCostAssignment(const CostMatrix& costs) {
+Assignment MinCostAssignment(const CostMatrix& costs, std::vector<double> start) {
   if (costs.Rows() == 0) return {};
-  return AssignmentSolver(costs).Solve();
+  // With columns to spare a start other than 0 could leave a free column with a potential, and so miss the minimum.
+  if (costs.Rows() != costs.Columns() || start.size() != costs.Columns()) start.assign(costs.Columns(), 0);
+  return AssignmentSolver(costs, std::move(start)).Solve();
 }
 
 }  // namespace zrcallouts::placement

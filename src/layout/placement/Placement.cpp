@@ -6,29 +6,13 @@
 #include <cstdlib>
 #include "layout/placement/Audit.h"
 #include "layout/placement/FreePlacement.h"
-#include "layout/placement/HullSweep.h"
 #include "layout/placement/SideAssignment.h"
+#include "layout/placement/SideSweeps.h"
 #include "layout/placement/SlotMatching.h"
 
 namespace zrcallouts::placement {
 
 namespace {
-
-SpotList PlaceOnRings(const Scene& scene, const FixedBox& frame, int rings) {
-  SpotList spots(scene.items.size());
-  const SideAssignment assignment = AssignSides(scene, frame, rings);
-  for (std::size_t s = 0; s < kSides.size(); ++s) {
-    RingTask task = MakeRingTask(scene, frame, kSides[s]);
-    task.rings = rings;
-    std::vector<std::size_t> members;
-    for (const std::size_t i : assignment.members[s])
-      if (!scene.items[i].anchors.empty()) members.push_back(i);
-    task.portLow = assignment.portLow[s];
-    task.portHigh = assignment.portHigh[s];
-    HullSweep(scene, task, members, spots);
-  }
-  return spots;
-}
 
 PlacementResult MakeResult(const PlacementRequest& request, const Scene& scene, const SpotList& spots) {
   const Tally tally = Audit(scene, spots);
@@ -74,21 +58,44 @@ PlacementResult PlaceLabels(const PlacementRequest& request) {
     bestTally = tally;
   };
   const FixedBox frame = scene.model.Grown(scene.clearance);
-  for (int rings = 1; rings <= scene.maxRings; ++rings) {
-    if (std::getenv("SWEEP")) consider(PlaceOnRings(scene, frame, rings));
-    for (const Coord gap : {6 * 16, 4 * 16, 2 * 16}) {
-      SpotList spots(scene.items.size());
-      SlotPlan plan{frame, {rings, rings, rings, rings}, gap, gap / 2};
-      const bool ok = MatchToSlots(scene, plan, spots);
-      if (!ok) continue;
-      if (std::getenv("DBG")) {
+  bool uniform = true;
+  for (auto& a : scene.items)
+    for (auto& b : scene.items) uniform = uniform && a.width < 2 * b.width && 2 * a.height < 3 * b.height;
+  if (uniform)
+    for (const Coord gap : {scene.gap, scene.gap * 2 / 3, scene.gap / 2}) {
+      for (int rings = 1; rings <= scene.maxRings; ++rings) {
+        SpotList spots(scene.items.size());
+        RingPlan plan{frame, {rings, rings, rings, rings}, gap, gap / 2};
+        const size_t n = MakeSlots(scene, plan).size();
+        if (scene.items.size() > 300 && n < scene.items.size() * 1.2 && rings < scene.maxRings) continue;
+        const bool ok = MatchToSlots(scene, plan, spots);
+        if (!ok) continue;
         const Tally t = Audit(scene, spots);
-        fprintf(stderr, "rings %d gap %d slots %zu: x %d len %.0f bends %d\n", rings, int(gap / 16),
-                MakeSlots(scene, plan).size(), t.crossings, t.length / 16, t.bends);
+        if (std::getenv("DBG")) {
+          fprintf(stderr, "rings %d gap %d slots %zu: x %d len %.0f bends %d\n", rings, int(gap / 16), n, t.crossings,
+                  t.length / 16, t.bends);
+        }
+        const bool better = best.empty() || t.IsBetterThan(bestTally);
+        consider(std::move(spots));
+        if (!better || scene.items.size() > 300) break;
       }
-      consider(std::move(spots));
+      if (!best.empty()) break;
     }
-  }
+  if (!uniform)
+    for (double stacking : {1.0, 1.2, 1.5})
+      for (int grow : {0, 30, 60, 90})
+        for (int rows = 1; rows <= 4; ++rows)
+          for (int cols = 1; cols <= 4; ++cols) {
+            RingPlan plan{frame.Grown(grow * 16), {rows, cols, rows, cols}, scene.gap, scene.gap / 2};
+            SpotList spots = SweepSides(scene, plan, stacking);
+            const Tally t = Audit(scene, spots);
+            if (std::getenv("DBG")) {
+              fprintf(stderr, "st %.1f grow %d rows %d cols %d: unplaced %d x %d len %.0f bends %d\n", stacking, grow,
+                      rows, cols, t.unplaced, t.crossings, t.length / 16, t.bends);
+            }
+            consider(std::move(spots));
+          }
+  if (best.empty()) consider(SpotList(scene.items.size()));
   return MakeResult(request, scene, best);
 }
 

@@ -19,7 +19,7 @@ struct LabelRequest {
 
 struct PlacementOptions {
   double clearance = 20;  ///< Least distance between the model's box and a label.
-  double labelGap = 6;    ///< Wished distance between labels; shrinks to a third before labels are stacked or dropped.
+  double labelGap = 4;    ///< Wished distance between labels; shrinks to a third before labels are stacked or dropped.
   int maxRings = 8;       ///< Most rows or columns of labels on one side of the model; at least 1 is taken.
 };
 

@@ -20,7 +20,6 @@ namespace {
 /// One seated label in the coordinates of its side.
 struct Sitter {
   std::size_t index = 0;  ///< Into the seats.
-  std::size_t ring = 0;
   Coord port = 0;
   Coord before = 0, after = 0;  ///< From the label's low edge to the port, and from there to its high edge.
   SidePoint low, high;
@@ -34,20 +33,20 @@ struct Separation {
 
 class SideRelaxation {
 public:
-  SideRelaxation(const Scene& scene, const RelaxationRules& rules, const RingTask& task)
-      : scene_(scene), rules_(rules), task_(task) {}
+  SideRelaxation(const Scene& scene, const RingTask& task) : scene_(scene), task_(task) {}
 
   void Add(std::size_t index, const Seat& seat);
   void Run(const std::vector<std::size_t>& items, std::vector<Seat>& seats);
 
 private:
+  [[nodiscard]] Coord LeastBetween(const Sitter& earlier, const Sitter& later) const;
   [[nodiscard]] std::vector<Separation> Separations() const;
   [[nodiscard]] std::vector<double> LeastGaps() const;
   void FindBounds();
   [[nodiscard]] std::vector<double> Improve(const std::vector<std::size_t>& items, std::vector<double> ports) const;
 
   const Scene& scene_;
-  const RelaxationRules& rules_;
+
   const RingTask& task_;
   std::vector<Sitter> sitters_;
   std::vector<double> lowest_, highest_;  ///< Bounds of the ports.
@@ -56,26 +55,29 @@ private:
 void SideRelaxation::Add(std::size_t index, const Seat& seat) {
   const auto [low, high] = task_.edge.ToSide(seat.spot.box);
   const Coord port = task_.edge.ToSide(seat.spot.port).u;
-  sitters_.push_back({index, seat.ring, port, port - low.u, high.u - port, low, high});
+  sitters_.push_back({index, port, port - low.u, high.u - port, low, high});
+}
+
+/// What two labels need between their ports.
+Coord SideRelaxation::LeastBetween(const Sitter& earlier, const Sitter& later) const {
+  Coord least = task_.lane;
+  if (earlier.low.v < later.high.v && later.low.v < earlier.high.v)
+    least = std::max(least, earlier.after + task_.gap + later.before);
+  if (earlier.low.v < later.low.v) least = std::max(least, earlier.after + task_.lane);
+  if (later.low.v < earlier.low.v) least = std::max(least, task_.lane + later.before);
+  return std::min(least, later.port - earlier.port);
 }
 
 std::vector<Separation> SideRelaxation::Separations() const {
-  std::size_t rings = 1;
-  for (const Sitter& sitter : sitters_) rings = std::max(rings, sitter.ring + 1);
-  constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
-  std::vector<std::size_t> lastOfRing(rings, kNone);
+  // More labels than this cannot stand between two that hold each other off.
+  constexpr std::size_t kReach = 24;
   std::vector<Separation> separations;
   for (std::size_t j = 0; j < sitters_.size(); ++j) {
-    if (j > 0) separations.push_back({j - 1, j, std::min(rules_.lane, sitters_[j].port - sitters_[j - 1].port)});
-    for (std::size_t ring = 0; ring < rings; ++ring) {
-      const std::size_t i = lastOfRing[ring];
-      if (i == kNone) continue;
-      const Coord least = ring == sitters_[j].ring  ? sitters_[i].after + rules_.gap + sitters_[j].before
-                          : ring < sitters_[j].ring ? sitters_[i].after + rules_.lane
-                                                    : rules_.lane + sitters_[j].before;
-      separations.push_back({i, j, std::min(least, sitters_[j].port - sitters_[i].port)});
+    for (std::size_t i = j - std::min(j, kReach); i < j; ++i) {
+      const Coord least = LeastBetween(sitters_[i], sitters_[j]);
+      const Coord implied = static_cast<Coord>(j - i) * task_.lane;
+      if (least > implied || i + 1 == j) separations.push_back({i, j, least});
     }
-    lastOfRing[sitters_[j].ring] = j;
   }
   return separations;
 }
@@ -113,8 +115,8 @@ void SideRelaxation::FindBounds() {
       const bool label = from.v < sitter.high.v && sitter.low.v < to.v;
       const bool lane = 0 < to.v && from.v < sitter.low.v;
       if (!label && !lane) continue;
-      const Coord before = label ? sitter.before + rules_.gap : rules_.lane;
-      const Coord after = label ? sitter.after + rules_.gap : rules_.lane;
+      const Coord before = label ? sitter.before + task_.gap : task_.lane;
+      const Coord after = label ? sitter.after + task_.gap : task_.lane;
       if (to.u + before <= sitter.port) low = std::max(low, to.u + before);
       if (sitter.port <= from.u - after) high = std::min(high, from.u - after);
     }
@@ -164,13 +166,13 @@ void SideRelaxation::Run(const std::vector<std::size_t>& items, std::vector<Seat
 
 }  // namespace
 
-void RelaxSeats(const Scene& scene, const RelaxationRules& rules, const std::vector<std::size_t>& items,
+void RelaxSeats(const Scene& scene, const RingPlan& plan, const std::vector<std::size_t>& items,
                 std::vector<Seat>& seats) {
   for (std::size_t s = 0; s < kSides.size(); ++s) {
-    const RingTask task = MakeRingTask(scene, rules.frame, kSides[s]);
-    SideRelaxation side(scene, rules, task);
+    const RingTask task = MakeRingTask(scene, plan, s);
+    SideRelaxation side(scene, task);
     for (std::size_t k = 0; k < seats.size(); ++k)
-      if (seats[k].side == s) side.Add(k, seats[k]);
+      if (seats[k].spot.placed && seats[k].side == s) side.Add(k, seats[k]);
     side.Run(items, seats);
   }
 }

@@ -11,15 +11,16 @@ constexpr Coord kNever = std::numeric_limits<Coord>::max() / 4;
 
 }  // namespace
 
-RingTask MakeRingTask(const Scene& scene, const FixedBox& frame, Side side) {
-  const SideFrame edge(frame, side);
+RingTask MakeRingTask(const Scene& scene, const RingPlan& plan, std::size_t side) {
+  const SideFrame edge(plan.frame, kSides[side]);
   const auto [pageLow, pageHigh] = edge.ToSide(scene.page);
   // Rows may stand out over the corners of the frame, columns may not: so they never meet.
   RingTask task{edge, edge.Begin(), edge.End(), edge.IsRow() ? pageLow.u : edge.Begin(),
                 edge.IsRow() ? pageHigh.u : edge.End()};
   task.depth = pageHigh.v;
-  task.gap = scene.gap;
-  task.lane = scene.gap / 2;
+  task.rings = plan.rings[side];
+  task.gap = plan.gap;
+  task.lane = plan.lane;
   return task;
 }
 

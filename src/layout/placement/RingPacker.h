@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "layout/placement/SideFrame.h"
+#include "layout/placement/RingPlan.h"
 
 namespace zrcallouts::placement {
 
@@ -24,11 +24,10 @@ struct RingTask {
 struct Seat {
   LabelSpot spot;
   std::size_t side = 0;  ///< Index into kSides.
-  std::size_t ring = 0;  ///< 0 is next to the frame.
 };
 
-/// The task for a whole side of `frame` on the page of the scene, with gaps as the scene wishes them.
-[[nodiscard]] RingTask MakeRingTask(const Scene& scene, const FixedBox& frame, Side side);
+/// The task for the whole of a side (index into kSides) of the plan, without sizes of labels.
+[[nodiscard]] RingTask MakeRingTask(const Scene& scene, const RingPlan& plan, std::size_t side);
 
 /// The fill level of the rings of one side. A port, where a leader meets the frame, stands at a constant offset from
 /// the low edge of its label. Leaders to outer rings run through lanes that labels of inner rings leave free.

@@ -38,27 +38,26 @@ struct CostTable {
   }
 };
 
-/// The share of each edge that is in use: 1 is full.
+/// The share of each side that is in use: 1 is full.
 std::array<double, 4> Loads(const Scene& scene, const FixedBox& frame, const CostTable& costs, const Biases& bias,
-                            double rings) {
+                            const std::array<double, 4>& capacity) {
   std::array<double, 4> load{};
   for (std::size_t i = 0; i < scene.items.size(); ++i) {
+    if (scene.items[i].anchors.empty()) continue;
     const std::size_t s = costs.Cheapest(i, bias);
     load[s] += static_cast<double>(SideFrame(frame, kSides[s]).Extent(scene.items[i]) + scene.gap);
   }
-  for (std::size_t s = 0; s < 4; ++s) {
-    const SideFrame edge(frame, kSides[s]);
-    load[s] /= std::max(1.0, static_cast<double>(edge.End() - edge.Begin()) * rings);
-  }
+  for (std::size_t s = 0; s < 4; ++s) load[s] /= std::max(1.0, capacity[s]);
   return load;
 }
 
-Biases BalancedBiases(const Scene& scene, const FixedBox& frame, const CostTable& costs, double rings) {
+Biases BalancedBiases(const Scene& scene, const FixedBox& frame, const CostTable& costs,
+                      const std::array<double, 4>& capacity) {
   constexpr int kRounds = 160;
   Biases bias{};
   const Coord firstStep = std::max<Coord>(1, std::min(frame.Width(), frame.Height()) / 16);
   for (int round = 0; round < kRounds; ++round) {
-    const auto load = Loads(scene, frame, costs, bias, rings);
+    const auto load = Loads(scene, frame, costs, bias, capacity);
     const std::size_t fullest = static_cast<std::size_t>(std::max_element(load.begin(), load.end()) - load.begin());
     if (load[fullest] <= 1) break;
     bias[fullest] += std::max<Coord>(1, firstStep / (1 + round / 8));
@@ -68,11 +67,12 @@ Biases BalancedBiases(const Scene& scene, const FixedBox& frame, const CostTable
 
 }  // namespace
 
-SideAssignment AssignSides(const Scene& scene, const FixedBox& frame, double rings) {
+SideAssignment AssignSides(const Scene& scene, const FixedBox& frame, const std::array<double, 4>& capacity) {
   const CostTable costs(scene, frame);
-  const Biases bias = BalancedBiases(scene, frame, costs, rings);
+  const Biases bias = BalancedBiases(scene, frame, costs, capacity);
   SideAssignment assignment;
-  for (std::size_t i = 0; i < scene.items.size(); ++i) assignment.members[costs.Cheapest(i, bias)].push_back(i);
+  for (std::size_t i = 0; i < scene.items.size(); ++i)
+    if (!scene.items[i].anchors.empty()) assignment.members[costs.Cheapest(i, bias)].push_back(i);
   for (std::size_t s = 0; s < 4; ++s) {
     // Where a neighbour's bias is lower, its region reaches round the corner and takes a piece of this edge.
     const SideFrame edge(frame, kSides[s]);

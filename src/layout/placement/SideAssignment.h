@@ -14,9 +14,11 @@ struct SideAssignment {
   std::array<Coord, 4> portLow{}, portHigh{};       ///< In the u coordinate of the side.
 };
 
-/// Gives each item the side with the least distance plus a bias, where biases of over-full sides rise until they are
-/// not, or until all sides are full alike. The regions of the sides are convex and disjoint, and so are their pieces of
-/// the frame: straight leaders of different sides cannot meet. `rings` multiplies what an edge can hold.
-[[nodiscard]] SideAssignment AssignSides(const Scene& scene, const FixedBox& frame, double rings);
+/// Gives each item with anchors the side with the least distance plus a bias, where biases of over-full sides rise
+/// until they are not, or until all sides are full alike. The regions of the sides are convex and disjoint, and so are
+/// their pieces of the frame: straight leaders of different sides cannot meet. `capacity` is the room along each side
+/// in all its rings together.
+[[nodiscard]] SideAssignment AssignSides(const Scene& scene, const FixedBox& frame,
+                                         const std::array<double, 4>& capacity);
 
 }  // namespace zrcallouts::placement

@@ -1,6 +1,7 @@
 #include "layout/placement/SlotMatching.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "layout/placement/Assignment.h"
 #include "layout/placement/Audit.h"
@@ -11,6 +12,7 @@ namespace zrcallouts::placement {
 namespace {
 
 constexpr double kBendCost = 30.0 * kUnitsPerPixel;
+constexpr double kCostUnits = 256;  ///< Per raster unit, so that rounding seldom decides.
 constexpr double kObstacleCost = 1500.0 * kUnitsPerPixel;
 
 Item LargestItem(const Scene& scene) {
@@ -25,7 +27,7 @@ Item LargestItem(const Scene& scene) {
 
 double CostOf(const Scene& scene, const Item& item, const Seat& seat, bool obstaclesInside) {
   double cost = LeaderLength(item, seat.spot);
-  if (seat.ring > 0) cost += kBendCost * static_cast<double>(item.anchors.size());
+  if (seat.spot.port != seat.spot.attach) cost += kBendCost * static_cast<double>(item.anchors.size());
   if (obstaclesInside)
     for (const FixedBox& obstacle : scene.obstacles) cost += kObstacleCost * LeaderEntersBox(item, seat.spot, obstacle);
   return cost;
@@ -45,7 +47,7 @@ LabelSpot SpotOf(const Item& item, const Seat& seat, const FixedBox& frame) {
 
 class Matcher {
 public:
-  Matcher(const Scene& scene, const SlotPlan& plan) : scene_(scene), plan_(plan), seats_(MakeSlots(scene, plan)) {
+  Matcher(const Scene& scene, const RingPlan& plan) : scene_(scene), plan_(plan), seats_(MakeSlots(scene, plan)) {
     for (std::size_t i = 0; i < scene.items.size(); ++i)
       if (!scene.items[i].anchors.empty()) items_.push_back(i);
     for (const FixedBox& obstacle : scene.obstacles) obstaclesInside_ |= BoxesOverlap(obstacle, plan.frame);
@@ -59,9 +61,10 @@ private:
   [[nodiscard]] SpotList Spots() const;
 
   const Scene& scene_;
-  const SlotPlan& plan_;
+  const RingPlan& plan_;
   std::vector<std::size_t> items_;
-  std::vector<Seat> seats_;  ///< After the first match: one an item, in the order of items_.
+  std::vector<Seat> seats_;         ///< After the first match: one an item, in the order of items_.
+  std::vector<double> potentials_;  ///< Of the seats, from the last match.
   bool obstaclesInside_ = false;
 };
 
@@ -69,9 +72,14 @@ void Matcher::Match() {
   CostMatrix costs(items_.size(), seats_.size());
   for (std::size_t row = 0; row < items_.size(); ++row)
     for (std::size_t column = 0; column < seats_.size(); ++column)
-      costs.At(row, column) = CostOf(scene_, scene_.items[items_[row]], seats_[column], obstaclesInside_);
+      costs.Set(row, column, kCostUnits * CostOf(scene_, scene_.items[items_[row]], seats_[column], obstaclesInside_));
+  const Assignment assignment = MinCostAssignment(costs, std::move(potentials_));
   std::vector<Seat> taken;
-  for (const std::size_t column : MinCostAssignment(costs)) taken.push_back(seats_[column]);
+  potentials_.clear();
+  for (const std::size_t column : assignment.columnOfRow) {
+    taken.push_back(seats_[column]);
+    potentials_.push_back(assignment.columnPotential[column]);
+  }
   seats_ = std::move(taken);
 }
 
@@ -88,7 +96,7 @@ SpotList Matcher::Run() {
   SpotList best = Spots();
   Tally bestTally = Audit(scene_, best);
   for (int round = 0; round < kRounds; ++round) {
-    RelaxSeats(scene_, {plan_.frame, plan_.gap, plan_.lane}, items_, seats_);
+    RelaxSeats(scene_, plan_, items_, seats_);
     for (const bool rematch : {false, true}) {
       if (rematch) Match();
       SpotList spots = Spots();
@@ -103,14 +111,11 @@ SpotList Matcher::Run() {
 
 }  // namespace
 
-std::vector<Seat> MakeSlots(const Scene& scene, const SlotPlan& plan) {
+std::vector<Seat> MakeSlots(const Scene& scene, const RingPlan& plan) {
   const Item largest = LargestItem(scene);
   std::vector<Seat> slots;
   for (std::size_t s = 0; s < kSides.size(); ++s) {
-    RingTask task = MakeRingTask(scene, plan.frame, kSides[s]);
-    task.rings = plan.rings[s];
-    task.gap = plan.gap;
-    task.lane = plan.lane;
+    RingTask task = MakeRingTask(scene, plan, s);
     const SidePoint size{task.edge.Extent(largest), task.edge.Depth(largest)};
     task.leastExtent = size.u;
     task.mostDepth = size.v;
@@ -119,14 +124,14 @@ std::vector<Seat> MakeSlots(const Scene& scene, const SlotPlan& plan) {
       const std::size_t ring = packer.ChooseRing(task.portLow - 1);
       const Coord port = packer.EarliestPort(ring);
       if (port > task.portHigh) break;
-      Seat seat{{}, s, ring};
+      Seat seat{{}, s};
       if (packer.Place(ring, port, size, seat.spot)) slots.push_back(seat);
     }
   }
   return slots;
 }
 
-bool MatchToSlots(const Scene& scene, const SlotPlan& plan, SpotList& spots) {
+bool MatchToSlots(const Scene& scene, const RingPlan& plan, SpotList& spots) {
   Matcher matcher(scene, plan);
   if (!matcher.HasRoom()) return false;
   spots = matcher.Run();

@@ -29,6 +29,8 @@ struct ItemRow {
   bool indicated = false;
   bool addedByHand = false;
   std::set<du::SmartPtr<SbomInstance>> instances;
+
+  friend bool operator==(const ItemRow&, const ItemRow&) = default;
 };
 
 /// What adding an instance did: which row took it, and the quantity before and after.

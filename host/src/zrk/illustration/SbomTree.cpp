@@ -108,11 +108,12 @@ du::SmartPtr<SbomInstance> SbomTree::AddInstance(const du::SmartPtr<SbomInstance
 void SbomTree::RemoveInstance(const du::SmartPtr<SbomInstance>& instance) {
   if (!Contains(instance)) return;
   if (const auto parent = instance->GetParent()) parent->RemoveChild(instance);
+  std::vector<std::string> ids;
+  VisitBelow(instance, [&ids](const du::SmartPtr<SbomInstance>& gone) { ids.push_back(gone->GetId().GetString()); });
   {
     const dp::MutexGuard guard(mutex_);
     if (root_ == instance) root_.Reset();
-    VisitBelow(instance, [this](const du::SmartPtr<SbomInstance>& gone)
-                             ZR_REQUIRES(mutex_) { byId_.erase(gone->GetId().GetString()); });
+    for (const auto& id : ids) byId_.erase(id);
   }
   NotifyChange([&instance](SbomTreeObserver& observer) { observer.OnRemoveInstance(instance); });
 }

@@ -1,0 +1,247 @@
+#include "drawing/FigureExport.h"
+
+#include <cairo/cairo-pdf.h>
+#include <librsvg/rsvg.h>
+#include <png.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <csetjmp>
+#include <ctime>
+#include <memory>
+
+#include "drawing/AtomicFile.h"
+
+namespace zrfigure {
+namespace {
+
+constexpr double kMmPerInch = 25.4;
+constexpr double kPointsPerInch = 72;
+
+struct HandleRelease {
+  void operator()(RsvgHandle* handle) const { g_object_unref(handle); }
+};
+struct SurfaceRelease {
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+struct ContextRelease {
+  void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+using Handle = std::unique_ptr<RsvgHandle, HandleRelease>;
+using Surface = std::unique_ptr<cairo_surface_t, SurfaceRelease>;
+using Context = std::unique_ptr<cairo_t, ContextRelease>;
+
+bool Fail(std::string& error, const std::string& what) {
+  error = "cannot render the figure: " + what;
+  return false;
+}
+
+[[nodiscard]] bool TakeError(GError* failure, std::string& error) {
+  const std::string what = failure != nullptr ? failure->message : "unknown reason";
+  g_clear_error(&failure);
+  return Fail(error, what);
+}
+
+/// A parsed SVG page with its size in inches.
+struct SvgPage {
+  Handle handle;
+  double width = 0, height = 0;
+
+  bool Open(const std::string& svg, std::string& error) {
+    GError* failure = nullptr;
+    GInputStream* stream = g_memory_input_stream_new_from_data(svg.data(), static_cast<gssize>(svg.size()), nullptr);
+    // A large assembly's paths exceed the parser's ordinary limits.
+    handle.reset(rsvg_handle_new_from_stream_sync(stream, nullptr, RSVG_HANDLE_FLAG_UNLIMITED, nullptr, &failure));
+    g_object_unref(stream);
+    if (!handle) return TakeError(failure, error);
+    gboolean hasWidth = FALSE, hasHeight = FALSE, hasBox = FALSE;
+    RsvgLength pageWidth{}, pageHeight{};
+    RsvgRectangle box{};
+    rsvg_handle_get_intrinsic_dimensions(handle.get(), &hasWidth, &pageWidth, &hasHeight, &pageHeight, &hasBox, &box);
+    const bool sized = hasWidth && hasHeight && pageWidth.unit == RSVG_UNIT_MM && pageHeight.unit == RSVG_UNIT_MM;
+    if (!sized || pageWidth.length <= 0 || pageHeight.length <= 0) {
+      return Fail(error, "the page has no size in millimetres");
+    }
+    width = pageWidth.length / kMmPerInch;
+    height = pageHeight.length / kMmPerInch;
+    return true;
+  }
+
+  bool Draw(cairo_t* context, double dpi, std::string& error) const {
+    const RsvgRectangle viewport{0, 0, width * dpi, height * dpi};
+    GError* failure = nullptr;
+    if (!rsvg_handle_render_document(handle.get(), context, &viewport, &failure)) return TakeError(failure, error);
+    return true;
+  }
+};
+
+// Opaque pixels in the byte order PNG wants.
+std::vector<unsigned char> RgbRows(cairo_surface_t* surface, int width, int height) {
+  cairo_surface_flush(surface);
+  const unsigned char* data = cairo_image_surface_get_data(surface);
+  const std::size_t stride = static_cast<std::size_t>(cairo_image_surface_get_stride(surface));
+  std::vector<unsigned char> rgb;
+  rgb.reserve(static_cast<std::size_t>(width) * height * 3);
+  for (int y = 0; y < height; ++y) {
+    const auto* row = reinterpret_cast<const std::uint32_t*>(data + y * stride);
+    for (int x = 0; x < width; ++x) {
+      for (const int shift : {16, 8, 0}) rgb.push_back(static_cast<unsigned char>(row[x] >> shift));
+    }
+  }
+  return rgb;
+}
+
+void AppendPng(png_structp png, png_bytep data, png_size_t size) {
+  static_cast<std::string*>(png_get_io_ptr(png))->append(reinterpret_cast<const char*>(data), size);
+}
+
+struct PngImage {
+  std::vector<unsigned char> rgb;
+  int width = 0, height = 0;
+  double dpi = 0;
+};
+
+// libpng reports errors by longjmp: nothing with a destructor may be created between setjmp and the last call.
+bool EncodePng(PngImage& image, std::string& bytes) {
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+  if (png == nullptr) return false;
+  png_infop info = png_create_info_struct(png);
+  if (info == nullptr || setjmp(png_jmpbuf(png)) != 0) {
+    png_destroy_write_struct(&png, &info);
+    return false;
+  }
+  png_set_write_fn(png, &bytes, AppendPng, nullptr);
+  png_set_IHDR(png, info, static_cast<png_uint_32>(image.width), static_cast<png_uint_32>(image.height), 8,
+               PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  const auto perMetre = static_cast<png_uint_32>(std::lround(image.dpi * 1000 / kMmPerInch));
+  png_set_pHYs(png, info, perMetre, perMetre, PNG_RESOLUTION_METER);
+  png_write_info(png, info);
+  for (int y = 0; y < image.height; ++y) {
+    png_write_row(png, image.rgb.data() + static_cast<std::size_t>(y) * image.width * 3);
+  }
+  png_write_end(png, info);
+  png_destroy_write_struct(&png, &info);
+  return true;
+}
+
+bool RenderPng(const std::string& svg, double dpi, std::string& bytes, std::string& error) {
+  SvgPage page;
+  if (!page.Open(svg, error)) return false;
+  PngImage image;
+  image.dpi = dpi;
+  const double width = std::round(page.width * dpi), height = std::round(page.height * dpi);
+  constexpr double kMost = 32767;  // Limit of the image surface.
+  if (!(width >= 1 && height >= 1 && width <= kMost && height <= kMost)) {
+    return Fail(error, "the image would not have between 1 and 32767 pixels a side; choose another resolution");
+  }
+  image.width = static_cast<int>(width);
+  image.height = static_cast<int>(height);
+  const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, image.width, image.height));
+  const Context context(cairo_create(surface.get()));
+  cairo_set_source_rgb(context.get(), 1, 1, 1);
+  cairo_paint(context.get());
+  if (!page.Draw(context.get(), dpi, error)) return false;
+  if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS) {
+    return Fail(error, cairo_status_to_string(cairo_status(context.get())));
+  }
+  image.rgb = RgbRows(surface.get(), image.width, image.height);
+  return EncodePng(image, bytes) || Fail(error, "the PNG library failed");
+}
+
+// ISO 8601 of SOURCE_DATE_EPOCH, or of a fixed day: the clock must not show in the bytes.
+std::string CreationDate() {
+  std::time_t seconds = 946684800;
+  if (const char* epoch = std::getenv("SOURCE_DATE_EPOCH")) {
+    long long value = 0;
+    const char* end = epoch + std::char_traits<char>::length(epoch);
+    const auto [stop, failure] = std::from_chars(epoch, end, value);
+    if (failure == std::errc() && stop == end && value >= 0) seconds = static_cast<std::time_t>(value);
+  }
+  std::tm date{};
+  gmtime_r(&seconds, &date);
+  std::array<char, 32> text{};
+  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &date);
+  return text.data();
+}
+
+cairo_status_t AppendPdf(void* bytes, const unsigned char* data, unsigned size) {
+  static_cast<std::string*>(bytes)->append(reinterpret_cast<const char*>(data), size);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+bool RenderPdf(const std::vector<std::string>& svgPages, std::string& bytes, std::string& error) {
+  const Surface surface(cairo_pdf_surface_create_for_stream(AppendPdf, &bytes, 1, 1));
+  cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, CreationDate().c_str());
+  const Context context(cairo_create(surface.get()));
+  for (const std::string& svg : svgPages) {
+    SvgPage page;
+    if (!page.Open(svg, error)) return false;
+    cairo_pdf_surface_set_size(surface.get(), page.width * kPointsPerInch, page.height * kPointsPerInch);
+    if (!page.Draw(context.get(), kPointsPerInch, error)) return false;
+    cairo_show_page(context.get());
+  }
+  cairo_surface_finish(surface.get());
+  const cairo_status_t status = cairo_surface_status(surface.get());
+  return status == CAIRO_STATUS_SUCCESS || Fail(error, cairo_status_to_string(status));
+}
+
+std::filesystem::path PagePath(const std::filesystem::path& path, std::size_t page) {
+  if (page == 1) return path;
+  return path.parent_path() / (path.stem().string() + "-" + std::to_string(page) + path.extension().string());
+}
+
+}  // namespace
+
+bool FormatOfPath(const std::filesystem::path& path, FigureFormat& format, std::string& error) {
+  std::string extension = path.extension().string();
+  std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+  if (extension == ".svg") {
+    format = FigureFormat::Svg;
+  } else if (extension == ".pdf") {
+    format = FigureFormat::Pdf;
+  } else if (extension == ".png") {
+    format = FigureFormat::Png;
+  } else {
+    error = "cannot tell the format of '" + path.string() + "': the name must end in .svg, .pdf or .png";
+    return false;
+  }
+  return true;
+}
+
+bool RenderFigure(const std::vector<std::string>& svgPages, FigureFormat format, const ExportOptions& options,
+                  std::string& bytes, std::string& error) {
+  bytes.clear();
+  if (svgPages.empty()) return Fail(error, "it has no page");
+  if (format == FigureFormat::Pdf) return RenderPdf(svgPages, bytes, error);
+  if (svgPages.size() > 1) return Fail(error, "only PDF holds several pages in a file");
+  if (format == FigureFormat::Png) return RenderPng(svgPages.front(), options.pngDpi, bytes, error);
+  bytes = svgPages.front();
+  return true;
+}
+
+bool WriteFigure(const std::filesystem::path& path, const std::vector<std::string>& svgPages,
+                 const ExportOptions& options, std::vector<std::filesystem::path>& written, std::string& error) {
+  FigureFormat format{};
+  if (!FormatOfPath(path, format, error)) return false;
+  std::vector<std::vector<std::string>> files;
+  if (format == FigureFormat::Pdf) {
+    files.push_back(svgPages);
+  } else {
+    for (const std::string& page : svgPages) files.push_back({page});
+  }
+  if (svgPages.empty()) return Fail(error, "it has no page");
+  std::vector<std::string> rendered(files.size());
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    if (!RenderFigure(files[i], format, options, rendered[i], error)) return false;
+  }
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const std::filesystem::path file = PagePath(path, i + 1);
+    if (!WriteFileAtomically(file, rendered[i], error)) return false;
+    written.push_back(file);
+  }
+  return true;
+}
+
+}  // namespace zrfigure

@@ -1,0 +1,331 @@
+#include "zrcallouts/Align.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <dg/Angle.h>
+#include <dg/Camera3D.h>
+#include <dg/DBox.h>
+#include <dg/FMat33.h>
+#include <dg/Location.h>
+#include <zrannotations/Callout.h>
+#include <zrannotations/MoveOperationStep.h>
+#include <zrcontext/Context2D.h>
+#include <zrk/Operation.h>
+#include <zrk/RecordOperation.h>
+#include <zrk/ShapeView.h>
+
+#include "align/AlignGeometry.h"
+#include "align/LabelFrame.h"
+#include "hostlayer/HostLayer.h"
+
+using zrannotations::Callout;
+
+namespace zrcallouts {
+
+namespace {
+
+constexpr int kMeasureInPixels = 2;
+constexpr int kLabelBoxFlags = 24;
+constexpr double kMarginPerScale = 10.0;
+constexpr double kHalfTurn = 3.14159265358979323846;
+
+dg::DPoint2D Flat(const dg::DPoint3D& point) { return {point.x, point.y}; }
+
+// The directions of the world axes on screen, turned into the upper half and scaled so that the longest has length 1.
+std::array<dg::DVec2, 3> ProjectAxes(const dg::DMat44& objectToPixel) {
+  const std::array<dg::DVec3, 3> world{dg::DVec3(1, 0, 0), dg::DVec3(0, 1, 0), dg::DVec3(0, 0, 1)};
+  std::array<dg::DVec2, 3> axes;
+  double longest = 0;
+  for (std::size_t i = 0; i < axes.size(); ++i) {
+    const dg::DVec3 onScreen = world[i] * objectToPixel;
+    axes[i] = {onScreen.x, onScreen.y};
+    if (dg::Angle(axes[i]) > kHalfTurn) axes[i] = {-axes[i].x, -axes[i].y};
+    const double length = axes[i].Length();
+    if (!std::isnan(length)) longest = std::max(longest, length);
+  }
+  if (longest > 0) {
+    for (auto& axis : axes) axis = {axis.x / longest, axis.y / longest};
+  }
+  return axes;
+}
+
+}  // namespace
+
+dg::DMat44 Align::m_ObjToPx = dg::DMat44::IDENTITY;
+int Align::m_idx = 0;
+
+// A label's way, in model space, with the transform that takes it into the label's own frame.
+struct Align::Move {
+  du::SmartPtr<Callout> callout;
+  dg::DPoint3D from;
+  dg::DPoint3D to;
+  dg::DMat44 toFrame;
+  dg::DPoint3D pixel;  // `to` on screen, for the distribution
+};
+
+Align::Align(Annotations& annotations, Align_Mode mode, du::SmartPtr<zrk::ShapeView> view)
+    : Align(annotations, mode, false, view, du::SmartPtr<zrk::Operation>()) {}
+
+Align::Align(Annotations& annotations, Align_Mode mode, bool distribute, du::SmartPtr<zrk::ShapeView> view,
+             du::SmartPtr<zrk::Operation> operation)
+    : annotations_(annotations),
+      mode_(mode),
+      distribute_(distribute),
+      view_(view),
+      operation_(operation),
+      pipeline_(kMeasureInPixels) {}
+
+Align::Align(const Align& other)
+    : RefCounted(other),
+      annotations_(other.annotations_),
+      mode_(other.mode_),
+      distribute_(other.distribute_),
+      view_(other.view_),
+      operation_(other.operation_),
+      range_(other.range_),
+      spacing_(other.spacing_),
+      axes_(other.axes_),
+      lineStart_(other.lineStart_),
+      lineEnd_(other.lineEnd_),
+      pageBox_(other.pageBox_),
+      pageScale_(other.pageScale_),
+      labelsOutsidePage_(other.labelsOutsidePage_),
+      pipeline_(other.pipeline_),
+      slanted_(other.slanted_),
+      lineCentre_(other.lineCentre_),
+      lineDirection_(other.lineDirection_),
+      previous_(other.previous_) {}
+
+Align::~Align() { delete context_; }
+
+bool Align::IsAxisAvailable(const du::SmartPtr<zrk::ShapeView>& view, Align_Mode mode) {
+  if (!view) return false;
+  if (!alignment::IsAxisMode(mode)) return true;
+  const auto axes = ProjectAxes(view->GetCamera().GetObjectToPixel());
+  return alignment::HasDirection(axes[alignment::AxisIndex(mode)]);
+}
+
+bool Align::FindIntersectionPoints(const dg::DPoint2D& point, const dg::DVec2& direction, const dg::DBox2D& box,
+                                   std::array<dg::DPoint2D, 2>& result) {
+  if (direction.x == 0 || direction.y == 0 || box.IsEmpty()) return false;
+  std::size_t found = 0;
+  for (const double x : {box.min.x, box.max.x}) {
+    const double y = point.y + (x - point.x) * direction.y / direction.x;
+    if (y >= box.min.y && y <= box.max.y) result[found++] = {x, y};
+  }
+  for (const double y : {box.min.y, box.max.y}) {
+    if (found == result.size()) break;
+    const double x = point.x + (y - point.y) * direction.x / direction.y;
+    if (x >= box.min.x && x <= box.max.x) result[found++] = {x, y};
+  }
+  return found == result.size();
+}
+
+dg::DPoint3D Align::PixelPosition(const du::SmartPtr<Callout>& callout) const {
+  return hostlayer::IsLabelRelativeToScreen(callout) ? callout->GetLabelRelativeScreenPosition(view_)
+                                                     : callout->GetMarkupLabelPosition() * m_ObjToPx;
+}
+
+bool Align::CollectData(const std::vector<dg::DPoint3D>& points) {
+  if (!view_) return false;
+  m_ObjToPx = view_->GetCamera().GetObjectToPixel();
+  m_idx = 0;
+  if (alignment::IsSpreadMode(mode_)) {
+    if (mode_ == SpreadY) m_idx = 1;
+    if (annotations_.size() >= 2) SortAlongPrimary();
+  } else {
+    if (mode_ == MinY || mode_ == MaxY || mode_ == CenterY) m_idx = 1;
+    if (annotations_.size() < 2) return false;
+    CollectPage();
+  }
+  for (std::size_t i = 0; i < annotations_.size(); ++i) {
+    const auto callout = du::DynamicCast<Callout>(annotations_[i]);
+    if (!callout) continue;
+    const dg::DPoint3D position = PixelPosition(callout);
+    if (!pageBox_.IsEmpty() && !labelsOutsidePage_) labelsOutsidePage_ = !pageBox_.Contains(Flat(position), 0.0);
+    if (i == 0) {
+      alignment::StartRange(range_, position[m_idx], position[1 - m_idx]);
+      if (!CollectAxis(points)) return false;
+    } else {
+      alignment::ExtendRange(range_, position[m_idx], position[1 - m_idx]);
+    }
+  }
+  return true;
+}
+
+bool Align::CollectAxis(const std::vector<dg::DPoint3D>& points) {
+  if (alignment::IsAxisMode(mode_)) {
+    axes_ = ProjectAxes(m_ObjToPx);
+    return alignment::HasDirection(axes_[alignment::AxisIndex(mode_)]);
+  }
+  if (mode_ != AlongLine) return true;
+  if (points.size() != 2) return false;
+  lineStart_ = points[0];
+  lineEnd_ = points[1];
+  return true;
+}
+
+void Align::CollectPage() {
+  double scale = 1.0;
+  const dg::DBox2D page = hostlayer::PageRectangleOf(view_, scale);
+  if (page.IsEmpty()) return;
+  pageBox_ = page;
+  pageScale_ = scale;
+}
+
+// One matrix product a label; whatever is no label, or has no place on screen, comes last.
+void Align::SortAlongPrimary() {
+  std::vector<std::pair<double, du::SmartPtr<zrannotations::Annotation>>> keyed;
+  keyed.reserve(annotations_.size());
+  for (const auto& annotation : annotations_) {
+    const auto callout = du::DynamicCast<Callout>(annotation);
+    const double key = callout ? PixelPosition(callout)[m_idx] : std::numeric_limits<double>::infinity();
+    keyed.emplace_back(std::isnan(key) ? std::numeric_limits<double>::infinity() : key, annotation);
+  }
+  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::transform(keyed.begin(), keyed.end(), annotations_.begin(), [](auto& entry) { return std::move(entry.second); });
+}
+
+bool Align::Execute(const std::vector<dg::DPoint3D>& points) {
+  if (!CollectData(points)) return false;
+  dg::DMat44 pixelToObject = m_ObjToPx;
+  pixelToObject.Invert();
+  std::vector<Move> moves;
+  for (std::size_t i = 0; i < annotations_.size(); ++i) {
+    const auto callout = du::DynamicCast<Callout>(annotations_[i]);
+    if (!callout) continue;
+    // Only the very first element classifies the line: when it is no callout, an axis mode moves nothing in this run.
+    if (i == 0) Classify();
+    const dg::DPoint3D position = PixelPosition(callout);
+    const dg::DPoint3D target = NewPosition(position, callout, i == 0);
+    moves.push_back(
+        {callout, position * pixelToObject, target * pixelToObject, ModelToLabelFrame(callout), dg::DPoint3D()});
+  }
+  Distribute(moves, pixelToObject);
+  for (Move& move : moves) SetPosition(move.callout, move.from, move.to, move.toFrame);
+  if (operation_) zrk::RecordOperation(operation_);
+  return true;
+}
+
+// A line that runs vertically or horizontally on screen turns the command into a centring one.
+void Align::Classify() {
+  if (!alignment::IsAxisMode(mode_) && mode_ != AlongLine) return;
+  if (mode_ == AlongLine) {
+    lineDirection_ = Flat(lineEnd_ * m_ObjToPx) - Flat(lineStart_ * m_ObjToPx);
+  } else {
+    lineDirection_ = axes_[alignment::AxisIndex(mode_)];
+  }
+  switch (alignment::ClassifySlope(lineDirection_.y / lineDirection_.x)) {
+    case alignment::Slope::Vertical:
+      mode_ = CenterX;
+      return;
+    case alignment::Slope::Horizontal:
+      mode_ = CenterY;
+      alignment::SwapRange(range_);
+      m_idx = 1;
+      return;
+    case alignment::Slope::Slanted:
+      break;
+  }
+  slanted_ = true;
+  lineCentre_ = {(range_[0] + range_[1]) / 2, (range_[2] + range_[3]) / 2, 0};
+  delete context_;
+  context_ = new zrcontext::Context2D;
+  pipeline_.SetCamera(view_->GetCamera());
+}
+
+dg::DPoint3D Align::NewPosition(const dg::DPoint3D& position, const du::SmartPtr<Callout>& callout, bool isFirst) {
+  dg::DPoint3D target = position;
+  if (slanted_) return OntoSlantedLine(position, callout);
+  if (!alignment::IsSpreadMode(mode_)) {
+    target[m_idx] = alignment::AlignedCoordinate(mode_, range_, position[m_idx]);
+    return target;
+  }
+  if (!isFirst) {
+    const double gap = position[m_idx] - previous_[m_idx];
+    if (gap < spacing_) target[m_idx] = position[m_idx] + (spacing_ - gap);
+  }
+  previous_ = target;
+  return target;
+}
+
+dg::DPoint3D Align::OntoSlantedLine(const dg::DPoint3D& position, const du::SmartPtr<Callout>& callout) {
+  std::array<dg::DPoint2D, 2> ends;
+  const dg::DVec3 direction(lineDirection_.x, lineDirection_.y, 0);
+  const dg::DPoint2D foot = GetStartEndPointsOnBoundary(lineCentre_, direction, callout, ends)
+                                ? alignment::OntoSegment(Flat(position), ends)
+                                : alignment::OntoLine(Flat(position), Flat(lineCentre_), lineDirection_);
+  return {foot.x, foot.y, position.z};
+}
+
+// The number of places is that of all annotations, also of those that are no callouts.
+void Align::Distribute(std::vector<Move>& moves, const dg::DMat44& pixelToObject) {
+  if (!distribute_ || annotations_.size() < 2 || moves.empty()) return;
+  for (Move& move : moves) move.pixel = move.to * m_ObjToPx;
+  const int other = 1 - m_idx;
+  std::stable_sort(moves.begin(), moves.end(), [&](const Move& a, const Move& b) {
+    return slanted_ ? alignment::ComesBefore(Flat(a.pixel), Flat(b.pixel)) : a.pixel[other] < b.pixel[other];
+  });
+  const dg::DPoint2D start = Flat(moves.front().pixel);
+  const dg::DPoint2D end = Flat(moves.back().pixel);
+  for (std::size_t k = 0; k < moves.size(); ++k) {
+    const dg::DPoint3D place = slanted_ ? DistributeDiagonal(k, moves[k].pixel, start, end)
+                                        : DistributeHorizOrVert(k, moves[k].pixel, m_idx == 1);
+    moves[k].to = place * pixelToObject;
+  }
+}
+
+dg::DPoint3D Align::DistributeDiagonal(std::size_t index, const dg::DPoint3D& position, const dg::DPoint2D& start,
+                                       const dg::DPoint2D& end) {
+  const dg::DPoint2D place = alignment::EvenPlace(index, annotations_.size(), Flat(position), start, end);
+  return {place.x, place.y, position.z};
+}
+
+dg::DPoint3D Align::DistributeHorizOrVert(std::size_t index, const dg::DPoint3D& position, bool horizontal) {
+  const double value = alignment::EvenCoordinate(index, annotations_.size(), range_);
+  return horizontal ? dg::DPoint3D(value, position.y, position.z) : dg::DPoint3D(position.x, value, position.z);
+}
+
+bool Align::GetStartEndPointsOnBoundary(const dg::DPoint3D& point, const dg::DVec3& direction,
+                                        const du::SmartPtr<Callout>& callout, std::array<dg::DPoint2D, 2>& result) {
+  if (labelsOutsidePage_ || pageBox_.IsEmpty()) return false;
+  const dg::DBox label = context_ ? callout->GetMarkupPixelBBox(pipeline_, context_, kLabelBoxFlags) : dg::DBox();
+  if (label.IsEmpty()) return false;
+  const double margin = pageScale_ * kMarginPerScale;
+  const double width = margin + label.GetWidth();
+  const double height = margin + label.GetHeight();
+  dg::DBox2D box = pageBox_;
+  // Against the maximum coordinate, not the extent of the page: an old rule that saved figures depend on.
+  if (box.max.x - width > 0) {
+    box.min.x += width * 0.5;
+    box.max.x -= width * 0.5;
+  }
+  if (box.max.y - height > 0) {
+    box.min.y += height * 0.5;
+    box.max.y -= height * 0.5;
+  }
+  return FindIntersectionPoints(Flat(point), {direction.x, direction.y}, box, result);
+}
+
+void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::DPoint3D& to, dg::DMat44& transform) {
+  const bool free = hostlayer::IsLabelFreeInModelSpace(callout);
+  dg::Location fromLocation(dg::FMat33::IDENTITY, free ? from : from * transform);
+  dg::Location toLocation(dg::FMat33::IDENTITY, free ? to : to * transform);
+  if (!free) {
+    const bool relative = hostlayer::IsLabelRelativeToScreen(callout);
+    if (relative) fromLocation.SetPos(hostlayer::RelativeScreenPosition(callout));
+    callout->SetLabelPosition(to * transform);
+    if (relative) {
+      callout->SetLabelScreenSpaceMode(view_);
+      toLocation.SetPos(hostlayer::RelativeScreenPosition(callout));
+    }
+  }
+  // A label that stands free in model space is moved by its step alone, so without an operation it stays.
+  if (!operation_) return;
+  operation_->AddStep(du::SmartPtr<zrk::OperationStep>(
+      new zrannotations::MoveOperationStep(callout, 0, fromLocation, toLocation, true)));
+}
+
+}  // namespace zrcallouts

@@ -1,0 +1,71 @@
+// How much of a side labels of mixed sizes can fill is known only after the sweep. So a side that ran out of room
+// counts as smaller in the next round, which moves anchors to its neighbours, until all labels have a place or no round
+// helps.
+#include "layout/placement/SideSweeps.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "layout/placement/Audit.h"
+#include "layout/placement/HullSweep.h"
+#include "layout/placement/Relaxation.h"
+#include "layout/placement/SideAssignment.h"
+
+namespace zrcallouts::placement {
+
+namespace {
+
+using Capacities = std::array<double, 4>;
+
+SpotList SpotsOf(const std::vector<Seat>& seats) {
+  SpotList spots;
+  for (const Seat& seat : seats) spots.push_back(seat.spot);
+  return spots;
+}
+
+/// Seats all items on the sides; shrinks the capacity of each side that has no room for all of its items.
+std::vector<Seat> SweepOnce(const Scene& scene, const RingPlan& plan, double stacking, Capacities& capacity) {
+  constexpr double kShrink = 0.93;
+  std::vector<Seat> seats(scene.items.size());
+  const SideAssignment assignment = AssignSides(scene, plan.frame, capacity);
+  for (std::size_t s = 0; s < kSides.size(); ++s) {
+    SweepTask task{MakeRingTask(scene, plan, s), assignment.members[s], stacking};
+    task.room.portLow = assignment.portLow[s];
+    task.room.portHigh = assignment.portHigh[s];
+    HullSweep(scene, task, seats);
+    bool full = false;
+    for (const std::size_t member : assignment.members[s]) {
+      seats[member].side = s;
+      full = full || !seats[member].spot.placed;
+    }
+    if (full) capacity[s] *= kShrink;
+  }
+  return seats;
+}
+
+}  // namespace
+
+SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking) {
+  constexpr int kRounds = 16;
+  Capacities capacity{};
+  for (std::size_t s = 0; s < kSides.size(); ++s) {
+    const RingTask task = MakeRingTask(scene, plan, s);
+    capacity[s] = static_cast<double>((task.edge.End() - task.edge.Begin()) * plan.rings[s]);
+  }
+  std::vector<Seat> best;
+  Tally bestTally;
+  for (int round = 0; round < kRounds && (best.empty() || bestTally.unplaced > 0); ++round) {
+    std::vector<Seat> seats = SweepOnce(scene, plan, stacking, capacity);
+    const Tally tally = Audit(scene, SpotsOf(seats));
+    if (!best.empty() && !tally.IsBetterThan(bestTally)) continue;
+    best = std::move(seats);
+    bestTally = tally;
+  }
+  std::vector<std::size_t> items(scene.items.size());
+  std::iota(items.begin(), items.end(), std::size_t{0});
+  std::vector<Seat> relaxed = best;
+  RelaxSeats(scene, plan, items, relaxed);
+  return SpotsOf(Audit(scene, SpotsOf(relaxed)).IsBetterThan(bestTally) ? relaxed : best);
+}
+
+}  // namespace zrcallouts::placement

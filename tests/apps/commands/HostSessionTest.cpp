@@ -1,0 +1,176 @@
+#include "commands/HostSession.h"
+
+#include <gtest/gtest.h>
+
+#include "SmallAssembly.h"
+#include "commands/FigurePlan.h"
+#include "commands/HostProcess.h"
+#include "commands/Selection.h"
+
+namespace zrfigure {
+namespace {
+
+/// The press in the host, seen from the front with a page of 1600 x 1200 pixels.
+class HostSessionTest : public testing::Test {
+protected:
+  void Open(Model model, const std::vector<std::string>& welds = {}) {
+    model_ = std::move(model);
+    tree_ = std::make_unique<OccurrenceTree>(model_, welds);
+    process_ = std::make_unique<HostProcess>("en");
+    std::string error;
+    ASSERT_TRUE(process_->LoadComponent(error)) << error;
+    session_ = std::make_unique<HostSession>(*tree_, text_);
+    ASSERT_TRUE(session_->HasEngine());
+    const Box2 room{50, 50, 1550, 1150};
+    const View view = FitView(model_, tree_->Leaves(), {}, {300, 300, 1300, 900}, {1600, 1200});
+    session_->SetView(view, room);
+    const VisibilityScene scene(model_);
+    session_->SetVisibleRegions(FindVisibleRegions(RenderIdBuffer(scene, view), view));
+    UseTemplate("number");
+    session_->SetMode(CalloutMode::OnePerItem);
+  }
+  void TearDown() override {
+    session_.reset();
+    process_.reset();
+  }
+
+  void UseTemplate(const std::string& name) { session_->SetTemplate(*BuiltInTemplate(name), "en"); }
+
+  /// "number quantity", a row each.
+  [[nodiscard]] std::vector<std::string> Items() const {
+    std::vector<std::string> texts;
+    for (const ItemState& item : session_->GetItems()) {
+      texts.push_back(item.number + " x" + std::to_string(item.quantity));
+    }
+    return texts;
+  }
+  /// "text leaders/shown", a callout each.
+  [[nodiscard]] std::vector<std::string> Callouts() const {
+    std::vector<std::string> texts;
+    for (const CalloutState& callout : session_->GetCallouts()) {
+      std::size_t shown = 0;
+      for (const LeaderState& leader : callout.leaders) shown += leader.hidden ? 0 : 1;
+      texts.push_back(callout.text + " " + std::to_string(callout.leaders.size()) + "/" + std::to_string(shown));
+    }
+    return texts;
+  }
+
+  Model model_;
+  TextMeasure text_{28};
+  std::unique_ptr<OccurrenceTree> tree_;
+  std::unique_ptr<HostProcess> process_;
+  std::unique_ptr<HostSession> session_;
+};
+
+using Texts = std::vector<std::string>;
+
+TEST_F(HostSessionTest, ModesDecideCalloutsAndLeaders) {
+  Open(fixtures::MakePress());
+  session_->Generate(tree_->Leaves(), false);
+  EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x3", "4 x1"}));
+  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 2/1", "3 3/1", "4 1/1"}));
+  ASSERT_TRUE(session_->Undo());
+  session_->SetMode(CalloutMode::Combine);
+  session_->Generate(tree_->Leaves(), false);
+  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 2/2", "3 3/3", "4 1/1"}));
+  ASSERT_TRUE(session_->Undo());
+  session_->SetMode(CalloutMode::PerInstance);
+  session_->Generate(tree_->Leaves(), false);
+  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 1/1", "2 1/1", "3 1/1", "3 1/1", "3 1/1", "4 1/1"}));
+}
+
+TEST_F(HostSessionTest, OneUndoTakesTheRunAwayAndRedoBringsItBack) {
+  Open(fixtures::MakePress());
+  for (const bool hierarchical : {false, true}) {
+    if (hierarchical) session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
+    session_->Generate(tree_->Leaves(), false);
+    const Texts items = Items();
+    const Texts callouts = Callouts();
+    ASSERT_EQ(callouts.size(), 4u);
+    ASSERT_TRUE(session_->Undo());
+    EXPECT_TRUE(Items().empty());
+    EXPECT_TRUE(Callouts().empty());
+    ASSERT_TRUE(session_->Redo());
+    EXPECT_EQ(Items(), items);
+    EXPECT_EQ(Callouts(), callouts);
+    EXPECT_FALSE(session_->Redo());
+    ASSERT_TRUE(session_->Undo());
+    EXPECT_FALSE(session_->Undo());
+  }
+}
+
+TEST_F(HostSessionTest, HierarchicalRowsNumberAssembliesAndLabels) {
+  Open(fixtures::MakePress());
+  session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
+  session_->Generate(tree_->Leaves(), false);
+  EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "2.1 x2", "2.2 x3", "3 x1"}));
+  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2.1 2/1", "2.2 3/1", "3 1/1"}));
+}
+
+TEST_F(HostSessionTest, AssembliesGetTheirCallouts) {
+  Open(fixtures::MakePress());
+  session_->Generate(SelectOccurrences(*tree_, 1u, {}), false);
+  EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x1", "4 x1"}));
+  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 2/1", "3 1/1", "4 1/1"}));
+  EXPECT_EQ(session_->GetCallouts()[1].leaders[0].occurrence, 2);
+}
+
+TEST_F(HostSessionTest, MembersOfAWeldmentLeadToTheWeldment) {
+  Open(fixtures::MakePress(), {"clamp"});
+  session_->Generate(tree_->Leaves(), false);
+  EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x1", "4 x1"}));
+  const std::vector<PlannedRow> planned = PlanFlatRows(*tree_, tree_->Leaves());
+  const std::vector<ItemState> items = session_->GetItems();
+  ASSERT_EQ(items.size(), planned.size());
+  for (std::size_t i = 0; i < items.size(); ++i) EXPECT_EQ(items[i].occurrences, planned[i].occurrences);
+}
+
+TEST_F(HostSessionTest, TemplatesShowNumberQuantityTagAndName) {
+  Model model = fixtures::MakePress();
+  model.products[4].properties["tag"] = "B-7";
+  Open(model);
+  const std::pair<const char*, const char*> expected[] = {
+      {"number-quantity", "3 (3x)"}, {"number-name", "3 bolt"}, {"number-tag", "3 B-7"}};
+  for (const auto& [name, text] : expected) {
+    UseTemplate(name);
+    session_->PrepareRows(PlanFlatRows(*tree_, tree_->Leaves()), false);
+    session_->Generate(tree_->Leaves(), false);
+    ASSERT_EQ(session_->GetCallouts().size(), 4u) << name;
+    EXPECT_EQ(session_->GetCallouts()[2].text, text);
+    ASSERT_TRUE(session_->Undo());
+  }
+}
+
+TEST_F(HostSessionTest, TemplateSpeaksTheLanguageItHasAPatternFor) {
+  Open(fixtures::MakePress());
+  std::string error;
+  const auto definition = ParseTemplate(R"({"id":"p","name":"p","contents":[{"text":"Item "},
+      {"group":"System","name":"zrITM"}],"translations":{"de":"Pos. {0}!"}})",
+                                        error);
+  ASSERT_TRUE(definition) << error;
+  const std::pair<const char*, const char*> expected[] = {{"de", "Pos. 1!"}, {"fr", "Item 1"}};
+  for (const auto& [language, text] : expected) {
+    session_->SetTemplate(*definition, language);
+    session_->Generate({1}, false);
+    ASSERT_EQ(session_->GetCallouts().size(), 1u);
+    EXPECT_EQ(session_->GetCallouts()[0].text, text);
+    ASSERT_TRUE(session_->Undo());
+  }
+}
+
+TEST_F(HostSessionTest, ShownLeaderMovesToAPartThatCanBeSeen) {
+  // The first jaw stands behind a second base plate that is in front of it.
+  Model model = fixtures::MakePress();
+  const Vec3 jaw = model.occurrences[3].toWorld.translation;
+  model.occurrences[9].toWorld.translation = {jaw.x, jaw.y - 5, jaw.z};
+  Open(model);
+  session_->Generate(tree_->Leaves(), false);
+  const CalloutState jaws = session_->GetCallouts()[1];
+  ASSERT_EQ(jaws.leaders.size(), 2u);
+  EXPECT_TRUE(jaws.leaders[0].hidden);
+  EXPECT_FALSE(jaws.leaders[1].hidden);
+  EXPECT_EQ(jaws.leaders[1].occurrence, 6);
+}
+
+}  // namespace
+}  // namespace zrfigure

@@ -1,0 +1,59 @@
+#include "ProgramRunner.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zrfigure::fixtures {
+
+namespace fs = std::filesystem;
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+ScratchFolder::ScratchFolder() {
+  std::string name = (fs::temp_directory_path() / "zrfigure-test-XXXXXX").string();
+  path_ = mkdtemp(name.data());
+}
+
+ScratchFolder::~ScratchFolder() {
+  fs::remove_all(path_);
+}
+
+std::vector<std::string> ScratchFolder::Files() const {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(path_)) names.push_back(entry.path().filename().string());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder) {
+  const fs::path program = fs::read_symlink("/proc/self/exe").parent_path() / "zrfigure";
+  const ScratchFolder capture;
+  const fs::path output = capture.Path() / "out";
+  const fs::path errors = capture.Path() / "err";
+  std::vector<std::string> words{program.string()};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(open(output.c_str(), O_CREAT | O_WRONLY, 0600), STDOUT_FILENO);
+    dup2(open(errors.c_str(), O_CREAT | O_WRONLY, 0600), STDERR_FILENO);
+    if (chdir(folder.c_str()) == 0) execv(argv[0], argv.data());
+    _exit(127);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(output), ReadFile(errors)};
+}
+
+}  // namespace zrfigure::fixtures

@@ -1,0 +1,178 @@
+#include <dp/ReadWriteLock.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using dp::ReadWriteLock;
+using namespace std::chrono_literals;
+
+constexpr auto kLong = 20s;    // more than any passing case needs
+constexpr auto kShort = 50ms;  // enough for a wrongly granted request to come through
+
+enum Mode { kRead, kWrite };
+
+void Lock(ReadWriteLock& lock, Mode mode) ZR_NO_THREAD_SAFETY_ANALYSIS {
+  mode == kRead ? lock.ReadLock() : lock.WriteLock();
+}
+
+void Unlock(ReadWriteLock& lock, Mode mode) ZR_NO_THREAD_SAFETY_ANALYSIS {
+  mode == kRead ? lock.ReadUnlock() : lock.WriteUnlock();
+}
+
+/// Takes and gives back the lock on another thread.
+std::future<void> Request(ReadWriteLock& lock, Mode mode) {
+  return std::async(std::launch::async, [&lock, mode] {
+    Lock(lock, mode);
+    Unlock(lock, mode);
+  });
+}
+
+bool IsGranted(const std::future<void>& request, std::chrono::milliseconds time) {
+  return request.wait_for(time) == std::future_status::ready;
+}
+
+struct Nesting {
+  const char* name;
+  std::vector<Mode> taken;
+  std::vector<Mode> released;
+};
+
+class ReadWriteLockNestingTest : public testing::TestWithParam<Nesting> {};
+
+TEST_P(ReadWriteLockNestingTest, KeepsOthersOutUntilTheLastUnlock) {
+  ReadWriteLock lock;
+  for (const Mode mode : GetParam().taken) Lock(lock, mode);
+  std::future<void> writer = Request(lock, kWrite);
+  for (const Mode mode : GetParam().released) {
+    EXPECT_TRUE(lock.IsHeldByThisThread());
+    EXPECT_FALSE(IsGranted(writer, kShort));
+    Unlock(lock, mode);
+  }
+  EXPECT_FALSE(lock.IsHeldByThisThread());
+  EXPECT_TRUE(IsGranted(writer, kLong));
+}
+
+INSTANTIATE_TEST_SUITE_P(, ReadWriteLockNestingTest,
+                         testing::Values(Nesting{"ReadInRead", {kRead, kRead, kRead}, {kRead, kRead, kRead}},
+                                         Nesting{"WriteInWrite", {kWrite, kWrite}, {kWrite, kWrite}},
+                                         Nesting{"ReadInWrite", {kWrite, kRead}, {kRead, kWrite}},
+                                         Nesting{"WriteReleasedBeforeRead", {kWrite, kRead}, {kWrite, kRead}},
+                                         Nesting{"UpgradeOfTheOnlyReader", {kRead, kWrite}, {kWrite, kRead}}),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(ReadWriteLockTest, ReadersShareAndWritersDoNot) {
+  ReadWriteLock lock;
+  const ReadWriteLock::ReadGuard reading(&lock);
+  EXPECT_TRUE(IsGranted(Request(lock, kRead), kLong));
+  EXPECT_FALSE(lock.IsWriteHeldByThisThread());
+}
+
+TEST(ReadWriteLockTest, NestedReadIsGrantedAndNewReaderQueuesWhenWriterWaits) {
+  ReadWriteLock lock;
+  std::future<void> writer, reader;
+  {
+    const ReadWriteLock::ReadGuard outer(&lock);
+    writer = Request(lock, kWrite);
+    ASSERT_FALSE(IsGranted(writer, kShort));
+    const ReadWriteLock::ReadGuard inner(&lock);  // hangs here when nested readers queue
+    reader = Request(lock, kRead);
+    EXPECT_FALSE(IsGranted(reader, kShort));
+  }
+  EXPECT_TRUE(IsGranted(writer, kLong));
+  EXPECT_TRUE(IsGranted(reader, kLong));
+}
+
+TEST(ReadWriteLockTest, OthersMayReadOnceTheWriteIsReleasedInsideARead) {
+  ReadWriteLock lock;
+  const ReadWriteLock::ReadGuard reading(&lock);
+  {
+    const ReadWriteLock::WriteGuard writing(&lock);
+    EXPECT_TRUE(lock.IsWriteHeldByThisThread());
+    std::future<void> reader = Request(lock, kRead);
+    EXPECT_FALSE(IsGranted(reader, kShort));
+    lock.WriteUnlock();
+    EXPECT_TRUE(IsGranted(reader, kLong));
+    lock.WriteLock();
+  }
+  EXPECT_TRUE(lock.IsHeldByThisThread());
+}
+
+TEST(ReadWriteLockTest, UpgradeWaitsForTheOtherReaders) {
+  ReadWriteLock lock;
+  std::promise<void> release;
+  std::promise<void> isReading;
+  std::thread other([&] {
+    const ReadWriteLock::ReadGuard guard(&lock);
+    isReading.set_value();
+    release.get_future().wait();
+  });
+  isReading.get_future().wait();
+  std::future<void> upgrade = std::async(std::launch::async, [&lock] {
+    const ReadWriteLock::ReadGuard reading(&lock);
+    const ReadWriteLock::WriteGuard writing(&lock);
+  });
+  EXPECT_FALSE(IsGranted(upgrade, kShort));
+  release.set_value();
+  EXPECT_TRUE(IsGranted(upgrade, kLong));
+  other.join();
+}
+
+TEST(ReadWriteLockTest, WritersExcludeEachOtherUnderLoad) {
+  ReadWriteLock lock;
+  int guarded = 0;
+  std::atomic<int> torn{0};
+  const auto work = [&] {
+    for (int i = 0; i < 500; ++i) {
+      {
+        const ReadWriteLock::WriteGuard outer(&lock);
+        ++guarded;
+        const ReadWriteLock::WriteGuard inner(&lock);
+        ++guarded;
+      }
+      const ReadWriteLock::ReadGuard reading(&lock);
+      if (guarded % 2 != 0) ++torn;
+    }
+  };
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) threads.emplace_back(work);
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(guarded, 4 * 500 * 2);
+  EXPECT_EQ(torn, 0);
+}
+
+TEST(ReadWriteLockTest, GuardsRunUnlockedWithoutALock) {
+  const ReadWriteLock::ReadGuard reading(nullptr);
+  const ReadWriteLock::WriteGuard writing(nullptr);
+}
+
+void UpgradeTwice() {
+  ReadWriteLock lock;
+  const auto upgrade = [&lock](std::promise<void>& isReading, std::future<void> goOn) {
+    lock.ReadLock();
+    isReading.set_value();
+    goOn.wait();
+    lock.WriteLock();
+  };
+  std::promise<void> firstReads, secondReads;
+  std::thread first(upgrade, std::ref(firstReads), secondReads.get_future());
+  std::thread second(upgrade, std::ref(secondReads), firstReads.get_future());
+  first.join();
+  second.join();
+}
+
+TEST(ReadWriteLockDeathTest, EndsWithAMessageWhenItCouldOnlyHang) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(UpgradeTwice(), "two threads that read both wait to write");
+  EXPECT_DEATH(Unlock(*std::make_unique<ReadWriteLock>(), kRead), "does not read");
+  EXPECT_DEATH(Unlock(*std::make_unique<ReadWriteLock>(), kWrite), "does not write");
+}
+
+}  // namespace

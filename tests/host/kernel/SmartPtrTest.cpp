@@ -1,0 +1,108 @@
+#include <du/SmartPtr.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using du::SmartPtr;
+
+class Node : public virtual du::RefCounted {
+public:
+  explicit Node(bool agrees = true) : agrees_(agrees) {}
+  Node(const Node& other) = default;
+  ~Node() override {
+    if (watched) seenByDestructor = watched->Get();
+  }
+  bool ZeroReferenceCountHook() const override { return agrees_; }
+
+  SmartPtr<Node>* watched = nullptr;
+  static inline Node* seenByDestructor = nullptr;
+
+private:
+  bool agrees_;
+};
+
+class Leaf : public Node {};
+
+class SmartPtrTest : public testing::Test {
+protected:
+  ~SmartPtrTest() override { EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), liveBefore_); }
+
+private:
+  const long liveBefore_ = du::RefCounted::GetLiveObjectCount();
+};
+
+TEST_F(SmartPtrTest, CountsEveryHolder) {
+  auto* node = new Node;
+  EXPECT_EQ(node->GetReferenceCount(), 0U);
+  SmartPtr<Node> first(node);
+  SmartPtr<Node> second = first;
+  SmartPtr<du::RefCounted> base = second;
+  EXPECT_EQ(node->GetReferenceCount(), 3U);
+  const SmartPtr<Node> moved = std::move(second);
+  EXPECT_FALSE(second);
+  EXPECT_EQ(node->GetReferenceCount(), 3U);
+  base.Reset();
+  first.Swap(second);
+  EXPECT_EQ(node->GetReferenceCount(), 2U);
+}
+
+TEST_F(SmartPtrTest, AssigningTheSameObjectChangesNothing) {
+  SmartPtr<Node> pointer(new Node);
+  const SmartPtr<Node>& alias = pointer;
+  pointer = alias;
+  pointer = pointer.Get();
+  EXPECT_EQ(pointer->GetReferenceCount(), 1U);
+}
+
+TEST_F(SmartPtrTest, HasItsNewValueBeforeTheOldObjectEnds) {
+  SmartPtr<Node> pointer(new Node);
+  const SmartPtr<Node> next(new Node);
+  pointer->watched = &pointer;
+  pointer = next;
+  EXPECT_EQ(Node::seenByDestructor, next.Get());
+}
+
+TEST_F(SmartPtrTest, LeavesTheObjectToItsManagerWhenTheHookRefuses) {
+  auto* node = new Node(false);
+  SmartPtr<Node>(node).Reset();
+  EXPECT_EQ(node->GetReferenceCount(), 0U);
+  EXPECT_FALSE(node->TryAddReference());
+  EXPECT_EQ(SmartPtr<Node>(node)->GetReferenceCount(), 1U);
+  delete node;
+}
+
+TEST_F(SmartPtrTest, CopiedObjectStartsWithoutReferences) {
+  const SmartPtr<Node> original(new Node);
+  const SmartPtr<Node> copy(new Node(*original));
+  EXPECT_EQ(copy->GetReferenceCount(), 1U);
+  *copy = *original;
+  EXPECT_EQ(copy->GetReferenceCount(), 1U);
+}
+
+TEST_F(SmartPtrTest, CastsFollowTheRunTimeType) {
+  const SmartPtr<du::RefCounted> leaf(new Leaf);
+  EXPECT_TRUE(du::DynamicCast<Leaf>(leaf));
+  EXPECT_TRUE(du::StaticCast<Leaf>(du::DynamicCast<Node>(leaf)));
+  EXPECT_FALSE(du::DynamicCast<Leaf>(SmartPtr<Node>(new Node)));
+  EXPECT_FALSE(du::DynamicCast<Leaf>(SmartPtr<Node>()));
+  EXPECT_EQ(du::DynamicCast<Node>(leaf), du::DynamicCast<Leaf>(leaf));
+}
+
+TEST_F(SmartPtrTest, TryAddReferenceNeverRevivesUnderContention) {
+  for (int round = 0; round < 200; ++round) {
+    auto* node = new Node(false);
+    node->AddReference();
+    std::thread dropping([node] { node->RemoveReference(); });
+    const bool taken = node->TryAddReference();
+    dropping.join();
+    EXPECT_EQ(node->GetReferenceCount(), taken ? 1U : 0U);
+    delete node;
+  }
+}
+
+}  // namespace

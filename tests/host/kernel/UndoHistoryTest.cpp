@@ -1,0 +1,174 @@
+#include <zrk/UndoHistory.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include <zrk/MakeObject.h>
+#include <zrk/Operation.h>
+#include <zrk/OperationStep.h>
+#include <zrk/RecordOperation.h>
+#include <zrk/Scene.h>
+
+namespace {
+
+using du::SmartPtr;
+using zrk::MakeObject;
+using zrk::Operation;
+using zrk::Scene;
+using zrk::UndoHistory;
+
+/// Writes its letter into a log: as it is when redone, preceded by '-' when undone.
+class LetterStep final : public zrk::OperationStep {
+public:
+  LetterStep(std::string& log, char letter, std::function<void()> reaction)
+      : log_(log), letter_(letter), reaction_(std::move(reaction)) {}
+  void Undo() override {
+    log_ += '-';
+    Redo();
+  }
+  void Redo() override {
+    log_ += letter_;
+    if (reaction_) reaction_();
+  }
+  void OnAddedToOperation() override { log_ += '+'; }
+
+private:
+  std::string& log_;
+  char letter_;
+  std::function<void()> reaction_;
+};
+
+class UndoHistoryTest : public testing::Test {
+protected:
+  ~UndoHistoryTest() override { UndoHistory::Clear(); }
+
+  SmartPtr<Operation> MakeOperation(const std::string& letters, const SmartPtr<Scene>& scene,
+                                    const std::function<void()>& reaction = nullptr) {
+    const auto operation = MakeObject<Operation>(letters, scene, true);
+    for (const char letter : letters) operation->AddStep(MakeObject<LetterStep>(log_, letter, reaction));
+    log_.clear();
+    return operation;
+  }
+  SmartPtr<Operation> Record(const std::string& letters, const std::function<void()>& reaction = nullptr) {
+    const auto operation = MakeOperation(letters, scene_, reaction);
+    zrk::RecordOperation(operation);
+    return operation;
+  }
+  bool Undo() { return UndoHistory::Undo(scene_); }
+  bool Redo() { return UndoHistory::Redo(scene_); }
+
+  std::string log_;
+  const SmartPtr<Scene> scene_ = MakeObject<Scene>();
+};
+
+TEST_F(UndoHistoryTest, RunsStepsBackwardsThenForwards) {
+  Record("abc");
+  const auto last = Record("de");
+  EXPECT_EQ(UndoHistory::GetLast(scene_), last);
+  EXPECT_TRUE(Undo());
+  EXPECT_TRUE(Undo());
+  EXPECT_FALSE(Undo());
+  EXPECT_EQ(log_, "-e-d-c-b-a");
+  log_.clear();
+  EXPECT_TRUE(Redo());
+  EXPECT_TRUE(Redo());
+  EXPECT_FALSE(Redo());
+  EXPECT_EQ(log_, "abcde");
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 2U);
+}
+
+TEST_F(UndoHistoryTest, RecordingEndsTheRedoList) {
+  Record("a");
+  Record("b");
+  Undo();
+  EXPECT_EQ(UndoHistory::GetRedoCount(scene_), 1U);
+  Record("c");
+  EXPECT_FALSE(Redo());
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 2U);
+}
+
+TEST_F(UndoHistoryTest, IgnoresWhatIsNoNewUndoableOperation) {
+  const auto operation = Record("");
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 1U);
+  zrk::RecordOperation(operation);
+  zrk::RecordOperation(nullptr);
+  zrk::RecordOperation(MakeObject<Operation>("not undoable", scene_, false));
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 1U);
+  operation->AddStep(nullptr);
+  EXPECT_EQ(operation->GetStepCount(), 0U);
+}
+
+TEST_F(UndoHistoryTest, StepHearsThatItJoinedAnOperation) {
+  const auto operation = MakeObject<Operation>("name", scene_, true);
+  operation->AddStep(MakeObject<LetterStep>(log_, 'a', nullptr));
+  EXPECT_EQ(log_, "+");
+  EXPECT_EQ(operation->GetSteps().size(), 1U);
+}
+
+TEST_F(UndoHistoryTest, ScenesHaveHistoriesOfTheirOwn) {
+  const auto other = MakeObject<Scene>();
+  Record("a");
+  zrk::RecordOperation(MakeOperation("b", other));
+  zrk::RecordOperation(MakeOperation("c", nullptr));
+  EXPECT_TRUE(UndoHistory::Undo(other));
+  EXPECT_TRUE(UndoHistory::Undo(nullptr));
+  EXPECT_EQ(log_, "-b-c");
+  UndoHistory::Clear(scene_);
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 0U);
+  EXPECT_EQ(UndoHistory::GetRedoCount(other), 1U);
+}
+
+TEST_F(UndoHistoryTest, ReactionsToStepsNeitherRecordNorUndo) {
+  bool nested = false;
+  const auto reaction = [&] {
+    nested = nested || Undo() || Redo();
+    zrk::RecordOperation(MakeObject<Operation>("reaction", scene_, true));
+  };
+  Record("a");
+  Record("b", reaction);
+  EXPECT_TRUE(Undo());
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 1U);
+  EXPECT_TRUE(Redo());
+  EXPECT_EQ(UndoHistory::GetCount(scene_), 2U);
+  EXPECT_FALSE(nested);
+  EXPECT_EQ(log_, "-bb");
+}
+
+TEST_F(UndoHistoryTest, OperationRecordedByAnotherThreadMeanwhileIsNewer) {
+  const auto newer = MakeOperation("n", scene_);
+  Record("a", [&] { std::thread([&] { zrk::RecordOperation(newer); }).join(); });
+  EXPECT_TRUE(Undo());
+  EXPECT_EQ(UndoHistory::GetLast(scene_), newer);
+  EXPECT_EQ(UndoHistory::GetRedoCount(scene_), 0U);
+}
+
+TEST_F(UndoHistoryTest, HistoryClearedByAStepStaysClear) {
+  Record("a", [&] { UndoHistory::Clear(); });
+  EXPECT_TRUE(Undo());
+  EXPECT_FALSE(Redo());
+  Record("b", [&] { UndoHistory::Clear(scene_); });
+  Undo();
+  EXPECT_EQ(UndoHistory::GetCount(scene_) + UndoHistory::GetRedoCount(scene_), 0U);
+}
+
+TEST_F(UndoHistoryTest, KeepsTheSceneUntilItIsDestroyed) {
+  const long before = du::RefCounted::GetLiveObjectCount();
+  {
+    const auto scene = MakeObject<Scene>();
+    zrk::RecordOperation(MakeOperation("a", scene));
+  }
+  EXPECT_GT(du::RefCounted::GetLiveObjectCount(), before);
+  UndoHistory::Clear();
+  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
+  {
+    const auto scene = MakeObject<Scene>();
+    zrk::RecordOperation(MakeOperation("a", scene));
+    scene->Destroy();
+  }
+  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
+}
+
+}  // namespace

@@ -1,0 +1,266 @@
+#include "StructureFixture.h"
+
+#include <map>
+#include <random>
+
+#include <zritemlist/ItemList.h>
+#include <zrk/illustration/ItemsList.h>
+
+namespace zrtest {
+
+using zritemlist::ItemList;
+using zrk::illustration::ItemRow;
+using zrk::illustration::ItemValues;
+
+class ItemListTest : public StructureTest {
+protected:
+  ~ItemListTest() override { ItemList::SetListClearedHook(nullptr); }
+
+  using Rows = std::map<unsigned, ItemRow>;
+
+  [[nodiscard]] Rows GetRows() const {
+    Rows rows;
+    for (const unsigned id : items_->GetItemIds()) items_->GetRow(id, rows[id]);
+    return rows;
+  }
+
+  unsigned Add(const Part& part) { return list_->AddInstance(part, nullptr, false, ""); }
+
+  const du::SmartPtr<ItemList> list_ = ItemList::CreateItemListForScene(scene_);
+  const du::SmartPtr<zrk::illustration::ItemsList> items_ = list_->GetZrkItemList();
+};
+
+TEST_F(ItemListTest, PartsOfOneComponentShareAnItem) {
+  const Node bolt = MakeNode("bolt");
+  const Node nut = MakeNode("nut");
+  const Part first = AddPart(bolt);
+  EXPECT_EQ(Add(first), 1u);
+  EXPECT_EQ(Add(AddPart(nut)), 2u);
+  EXPECT_EQ(Add(AddPart(bolt)), 1u);
+  EXPECT_EQ(Add(first), 1u) << "already in the list";
+  EXPECT_EQ(items_->GetQuantity(1), 2u);
+  EXPECT_EQ(items_->GetItemLabel(2), "2");
+  EXPECT_TRUE(items_->GetItemized(2));
+  EXPECT_EQ(items_->GetIndex(2), 2u);
+
+  unsigned id = 99;
+  EXPECT_TRUE(list_->GetMatchingItem(AddPart(nut), id));
+  EXPECT_EQ(id, 2u);
+  id = 99;
+  EXPECT_FALSE(items_->GetItemIdForInstance(AddPart(nut), id));
+  EXPECT_FALSE(list_->GetMatchingItem(AddPart(MakeNode("nut")), id)) << "equal name, other component";
+  EXPECT_FALSE(list_->GetMatchingItem(nullptr, id));
+  EXPECT_EQ(id, 99u);
+}
+
+TEST_F(ItemListTest, InstancesWithoutComponentGetItemsOfTheirOwn) {
+  EXPECT_EQ(Add(AddGroup("a", root_)), 1u);
+  EXPECT_EQ(Add(AddGroup("a", root_)), 2u);
+  EXPECT_EQ(Add(nullptr), 0u);
+}
+
+TEST_F(ItemListTest, LabelIsGivenTextOrNextNumberAboveAllLabels) {
+  EXPECT_EQ(Add(AddPart(MakeNode("a"))), 1u);
+  const unsigned named = list_->AddInstance(AddPart(MakeNode("b")), nullptr, true, "7");
+  EXPECT_EQ(items_->GetItemLabel(named), "7");
+  ItemRow row;
+  ASSERT_TRUE(items_->GetRow(named, row));
+  EXPECT_TRUE(row.addedByHand);
+  EXPECT_EQ(items_->GetItemLabel(list_->AddInstance(AddPart(MakeNode("c")), nullptr, false, "X1")), "X1");
+  EXPECT_EQ(items_->GetItemLabel(Add(AddPart(MakeNode("d")))), "8");
+}
+
+TEST_F(ItemListTest, UnknownItemShowsNothing) {
+  std::string label = "old";
+  bool flag = true;
+  list_->GetItemLabel(5, label, flag);
+  EXPECT_EQ(label, "");
+  EXPECT_FALSE(flag);
+  EXPECT_FALSE(items_->GetItemized(5));
+  EXPECT_EQ(items_->GetQuantity(5), 0u);
+  EXPECT_TRUE(items_->GetHierarchyIndex(5).empty());
+  const auto operation = MakeOperation();
+  list_->DeleteItem(5, operation);
+  items_->SetQuantity(5, 3, operation);
+  EXPECT_EQ(operation->GetStepCount(), 0u);
+}
+
+TEST_F(ItemListTest, LabelFlagFollowsItemized) {
+  const unsigned id = Add(AddPart(MakeNode("a")));
+  items_->SetItemized(id, false);
+  std::string label;
+  bool flag = true;
+  list_->GetItemLabel(id, label, flag);
+  EXPECT_EQ(label, "1");
+  EXPECT_FALSE(flag);
+}
+
+TEST_F(ItemListTest, DeletedIdIsNeverUsedAgainButUndoBringsItBack) {
+  const Part part = AddPart(MakeNode("a"));
+  const unsigned id = Add(part);
+  const auto operation = MakeOperation();
+  list_->DeleteItem(id, operation);
+  zrk::RecordOperation(operation);
+  EXPECT_EQ(Add(AddPart(MakeNode("b"))), 2u);
+  ASSERT_TRUE(zrk::UndoHistory::Undo(scene_));
+  unsigned found = 0;
+  EXPECT_TRUE(items_->GetItemIdForInstance(part, found));
+  EXPECT_EQ(found, id);
+}
+
+TEST_F(ItemListTest, UndoOfEditsRestoresStoredValues) {
+  const unsigned id = Add(AddPart(MakeNode("a")));
+  const Rows before = GetRows();
+  const auto operation = MakeOperation();
+  items_->SetQuantity(id, 12, operation);
+  items_->SetItemTag(id, "T", operation);
+  items_->SetItemLabel(id, "9", operation);
+  items_->SetIndex(id, 4, operation);
+  items_->SetHierarchyIndex(id, {1, 2}, operation);
+  items_->SetItemized(id, false, operation);
+  items_->SetQuantity(id, 12, operation);
+  EXPECT_EQ(operation->GetStepCount(), 6u);
+  zrk::RecordOperation(operation);
+  const Rows after = GetRows();
+
+  zrk::UndoHistory::Undo(scene_);
+  EXPECT_EQ(GetRows(), before);
+  zrk::UndoHistory::Redo(scene_);
+  EXPECT_EQ(GetRows(), after);
+}
+
+TEST_F(ItemListTest, ClearAsksTheHookFirstAndUndoRestoresAllRows) {
+  for (const char* name : {"a", "b", "c"}) Add(AddPart(MakeNode(name)));
+  const auto recorder = zrk::MakeObject<ItemsRecorder>();
+  items_->RegisterObserver(recorder);
+  const Rows before = GetRows();
+  std::vector<std::size_t> rowsAtHook;
+  ItemList::SetListClearedHook([&](const du::SmartPtr<zrk::Scene>& scene, const du::SmartPtr<zrk::Operation>&) {
+    EXPECT_EQ(scene, scene_);
+    rowsAtHook.push_back(items_->GetItemIds().size());
+  });
+
+  const auto operation = MakeOperation();
+  list_->ClearList(operation);
+  zrk::RecordOperation(operation);
+  EXPECT_EQ(rowsAtHook, std::vector<std::size_t>{3});
+  EXPECT_TRUE(GetRows().empty());
+  EXPECT_EQ(operation->GetStepCount(), 1u);
+  EXPECT_EQ(recorder->log, (Log{"removed 1", "removed 2", "removed 3", "cleared"}));
+
+  zrk::UndoHistory::Undo(scene_);
+  EXPECT_EQ(GetRows(), before);
+  zrk::UndoHistory::Redo(scene_);
+  EXPECT_TRUE(GetRows().empty());
+  list_->ClearList(operation);
+  EXPECT_EQ(operation->GetStepCount(), 1u) << "nothing to clear";
+}
+
+TEST_F(ItemListTest, ListBelongsToItsScenesOnly) {
+  const auto page = zrk::MakeObject<zrk::ShapeScene>();
+  EXPECT_FALSE(ItemList::GetItemListForScene(page));
+  EXPECT_FALSE(ItemList::GetItemListForScene(nullptr));
+  EXPECT_FALSE(ItemList::CreateItemListForScene(nullptr));
+  EXPECT_EQ(ItemList::CreateItemListForScene(scene_), list_);
+  ItemList::ShareItemList(scene_, page);
+  EXPECT_EQ(ItemList::GetItemListForScene(page), list_);
+
+  const auto recorder = zrk::MakeObject<ItemsRecorder>();
+  items_->RegisterObserver(recorder);
+  Add(AddPart(MakeNode("a")));
+  recorder->log.clear();
+  ItemList::RemoveItemListForScene(scene_);
+  EXPECT_FALSE(ItemList::GetItemListForScene(scene_));
+  EXPECT_EQ(ItemList::GetItemListForScene(page), list_);
+  EXPECT_TRUE(recorder->log.empty());
+  EXPECT_EQ(items_->GetItemIds().size(), 1u);
+}
+
+TEST_F(ItemListTest, ClearSkipsScenesThatAreGone) {
+  auto page = zrk::MakeObject<zrk::ShapeScene>();
+  ItemList::ShareItemList(scene_, page);
+  int calls = 0;
+  ItemList::SetListClearedHook(
+      [&calls](const du::SmartPtr<zrk::Scene>&, const du::SmartPtr<zrk::Operation>&) { ++calls; });
+  list_->ClearList(nullptr);
+  EXPECT_EQ(calls, 2);
+  page.Reset();
+  list_->ClearList(nullptr);
+  EXPECT_EQ(calls, 3);
+}
+
+/// Random commands; the model is the list of states between the recorded operations.
+class ItemListHistoryTest : public ItemListTest, public testing::WithParamInterface<unsigned> {
+protected:
+  void ChangeSomething(const du::SmartPtr<zrk::Operation>& operation) {
+    const auto ids = items_->GetItemIds();
+    const unsigned id = ids.empty() ? 0 : ids[random_() % ids.size()];
+    switch (random_() % 8) {
+      case 0:
+        return list_->DeleteItem(id, operation);
+      case 1:
+        return items_->SetQuantity(id, static_cast<unsigned>(random_() % 50), operation);
+      case 2:
+        return items_->SetItemLabel(id, std::to_string(random_() % 30), operation);
+      case 3:
+        return items_->SetIndex(id, static_cast<unsigned>(random_() % 30), operation);
+      case 4:
+        if (random_() % 4 == 0) list_->ClearList(operation);
+        return;
+      default:
+        list_->AddInstance(parts_[random_() % parts_.size()], operation, false, "");
+    }
+  }
+
+  /// Every index of the list agrees with its rows.
+  void CheckLookups() {
+    std::size_t listed = 0;
+    for (const auto& [id, row] : GetRows()) {
+      for (const auto& part : row.instances) {
+        unsigned found = 0;
+        EXPECT_TRUE(items_->GetItemIdForInstance(part, found));
+        EXPECT_EQ(found, id);
+      }
+      listed += row.instances.size();
+    }
+    std::size_t known = 0;
+    unsigned id = 0;
+    for (const Part& part : parts_) known += items_->GetItemIdForInstance(part, id) ? 1 : 0;
+    EXPECT_EQ(known, listed);
+  }
+
+  std::mt19937 random_{GetParam()};
+  std::vector<Part> parts_;
+};
+
+TEST_P(ItemListHistoryTest, UndoAndRedoRestoreEveryState) {
+  for (int node = 0; node < 12; ++node) {
+    const Node component = MakeNode("n" + std::to_string(node));
+    for (int copy = 0; copy <= node % 4; ++copy) parts_.push_back(AddPart(component));
+  }
+  std::vector<Rows> states{GetRows()};
+  std::size_t now = 0;
+  for (int round = 0; round < 300; ++round) {
+    const auto dice = random_() % 10;
+    if (dice < 3) {
+      ASSERT_EQ(zrk::UndoHistory::Undo(scene_), now > 0);
+      if (now > 0) --now;
+    } else if (dice < 5) {
+      ASSERT_EQ(zrk::UndoHistory::Redo(scene_), now + 1 < states.size());
+      if (now + 1 < states.size()) ++now;
+    } else {
+      const auto operation = MakeOperation();
+      for (auto steps = 1 + random_() % 5; steps > 0; --steps) ChangeSomething(operation);
+      zrk::RecordOperation(operation);
+      states.resize(++now);
+      states.push_back(GetRows());
+    }
+    ASSERT_EQ(GetRows(), states[now]) << "round " << round;
+    CheckLookups();
+    if (HasFailure()) return;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, ItemListHistoryTest, testing::Range(1u, 9u));
+
+}  // namespace zrtest
