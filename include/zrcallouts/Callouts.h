@@ -30,6 +30,10 @@ class LabelContent;
 class SbomInstance;
 class TAnnotation;
 }  // namespace illustration
+namespace illustration2d {
+class Callout2D;
+class Scene2D;
+}  // namespace illustration2d
 }  // namespace zrk
 namespace zrannotations {
 class Callout;
@@ -192,6 +196,19 @@ public:
   /// The callouts filed under the instance's id; empty for an empty instance. Read lock.
   void GetCalloutSetForSbomInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
                                     CalloutSet& callouts) override;
+
+  /// Puts the callouts into item order by exchanging pairs, flat or hierarchical as the item list numbers. Callouts without
+  /// an item number keep their places. Hierarchical order is not a plain comparison of paths: a longer path goes behind a
+  /// shorter one wherever they agree at a level, and a smaller position does not settle a pair.
+  void Sort(std::vector<du::SmartPtr<zrannotations::Callout>>& callouts) const;
+
+  // 2D callouts and fonts.
+
+  /// Rebuilds the text of a 2D callout of `scene`; true when it was replaced. An empty label replaces nothing.
+  static bool UpdateCallout2DContent(const du::SmartPtr<zrk::illustration2d::Callout2D>& callout,
+                                     const du::SmartPtr<zrk::illustration2d::Scene2D>& scene);
+  /// The font faces that the engine's callouts and insets use; with `customOnly` those of custom ones. Read lock.
+  [[nodiscard]] std::set<std::string> GetCalloutsAndInsetsFonts(bool customOnly) const;
 
   // Anchors and hidden parts.
 

@@ -1,13 +1,23 @@
 #pragma once
 // The component's free functions.
 
+#include <cstdint>
+
+#include <dg/DPoint2D.h>
 #include <du/SmartPtr.h>
 
 #include "zrcallouts/Export.h"
 
 namespace zrk {
 class ShapeScene;
+namespace illustration {
+class TAnnotation;
 }
+namespace illustration2d {
+class Callout2D;
+class Scene2D;
+}  // namespace illustration2d
+}  // namespace zrk
 
 namespace zrcallouts {
 
@@ -16,5 +26,12 @@ class Callouts;
 /// The engine that the host's engine manager holds for `scene`; empty when it holds none. [any-thread]
 [[nodiscard]] ZR_CALLOUTS_API du::SmartPtr<Callouts> GetCalloutsEngineForScene(
     const du::SmartPtr<zrk::ShapeScene>& scene);
+
+/// Makes one 2D callout in `scene` after a template, which stays as it is: leader end at `point1`, label at `point2`, in
+/// millimetres on the page. An empty label shows the catalogue's predefined text. Null when the library refuses. [host-thread]
+[[nodiscard]] ZR_CALLOUTS_API du::SmartPtr<zrk::illustration2d::Callout2D> CreateNewCallout2D(
+    const du::SmartPtr<zrk::illustration2d::Scene2D>& scene,
+    const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, bool hasItem, const dg::DPoint2D& point1,
+    const dg::DPoint2D& point2, std::uint32_t itemId);
 
 }  // namespace zrcallouts

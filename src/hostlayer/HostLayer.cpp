@@ -18,6 +18,7 @@
 #include <zrk/illustration/SbomInstance.h>
 #include <zrk/illustration/SbomInstanceSelectionItem.h>
 #include <zrk/illustration/TAnnotation.h>
+#include <zrk/illustration2d/Callout2D.h>
 #include <zrkapp/illustration/FileInfo.h>
 #include <zrkapp/illustration/IllMultiRootContainer.h>
 #include <zrkapp/illustration/LocalizationSettings.h>
@@ -78,6 +79,8 @@ bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callo
 void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, double value) {
   if (callouttemplate) callouttemplate->SetReferenceResolution(value);
 }
+
+bool IsItemTemplate(const zrk::illustration::TAnnotation& callouttemplate) { return callouttemplate.IsItemTemplate(); }
 
 std::string IdOf(const du::SmartPtr<zrk::BaseInstance>& instance) {
   return instance ? instance->GetId().GetString() : std::string();
@@ -157,6 +160,14 @@ std::string SymbolKeyOf(const du::SmartPtr<zrk::Instance>& symbol) {
   const auto component = symbol ? symbol->GetComponentInstance() : nullptr;
   return "/" + (component ? component->GetID().GetString() : std::string());
 }
+
+bool IsCustom(const InsetPtr& inset) { return inset && inset->IsCustom(); }
+
+bool CarriesItem(const du::SmartPtr<zrk::illustration2d::Callout2D>& callout) { return callout && callout->HasItemId(); }
+
+du::Symbol IdPathOf(const du::Symbol& id) { return du::Symbol("/" + id.GetString()); }
+
+bool NumbersHierarchically(const zrk::illustration::ItemsList::Numbering& numbering) { return numbering.hierarchical; }
 
 bool NotesAreLocalized() {
   const auto world = zrk::World::GetWorld();

@@ -12,6 +12,7 @@
 #include <dg/Location.h>
 #include <du/SmartPtr.h>
 #include <du/Symbol.h>
+#include <zrk/illustration/ItemsList.h>
 
 namespace zrk {
 class BaseInstance;
@@ -25,6 +26,9 @@ class SbomInstance;
 class SbomInstanceSelectionItem;
 class TAnnotation;
 }  // namespace illustration
+namespace illustration2d {
+class Callout2D;
+}
 }  // namespace zrk
 namespace zrannotations {
 class Callout;
@@ -59,6 +63,8 @@ void DropItemId(const CalloutPtr& callout);
 [[nodiscard]] bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate);
 void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, double value);
 
+[[nodiscard]] bool IsItemTemplate(const zrk::illustration::TAnnotation& callouttemplate);
+
 // Instances and their properties.
 [[nodiscard]] std::string IdOf(const du::SmartPtr<zrk::BaseInstance>& instance);
 [[nodiscard]] bool IsWeld(const SbomInstancePtr& instance);
@@ -86,6 +92,14 @@ void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& 
 [[nodiscard]] bool IsTemplateReleased(const InsetPtr& inset);
 [[nodiscard]] du::SmartPtr<zrk::ShapeScene> SubsetSceneOf(const InsetPtr& inset);
 void TellInsetItsCallouts(const InsetPtr& inset, const std::set<CalloutPtr>& callouts);
+
+[[nodiscard]] bool IsCustom(const InsetPtr& inset);
+
+// 2D callouts and the item list's numbering.
+[[nodiscard]] bool CarriesItem(const du::SmartPtr<zrk::illustration2d::Callout2D>& callout);
+/// How the host writes the path of a 2D annotation of that id.
+[[nodiscard]] du::Symbol IdPathOf(const du::Symbol& id);
+[[nodiscard]] bool NumbersHierarchically(const zrk::illustration::ItemsList::Numbering& numbering);
 
 // 3D symbols.
 /// The registry's key of a 3D symbol: a slash and the id of its component instance.

@@ -97,11 +97,12 @@ protected:
 
 TEST_F(EngineLifetimeTest, WorksWithoutKernelWorldOrApplication) {
   const auto scene = AddScene(false);
+  const std::size_t observersBefore = world_->GetObserverCount();
   zrk::Kernel::SetKernel(nullptr);
   zrk::World::SetWorld(nullptr);
   {
     const EnginePtr engine(new Callouts(scene));
-    EXPECT_EQ(world_->GetObserverCount(), 0u);
+    EXPECT_EQ(world_->GetObserverCount(), observersBefore);
     engine->OnLanguageChanged();
     engine->RegenerateCalloutLabels();
     engine->Destroy();

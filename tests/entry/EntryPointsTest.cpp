@@ -89,9 +89,9 @@ TEST_F(EntryPointsTest, AnswersTrueWithOutEmptiedWhenThePoolGivesNothing) {
 
 TEST_F(EntryPointsTest, AnEngineWithoutLockObjectStillWorks) {
   Out out;
-  zrk::MemoryPool::FailAfter(1, 1);
+  zrk::ObjectWithRWLock::SupplyLocks(false);
   ASSERT_TRUE(CreateComponent()("create", "callouts", "calloutengine", out));
-  EXPECT_EQ(zrk::MemoryPool::GetInjectedCount(), 1u);
+  zrk::ObjectWithRWLock::SupplyLocks(true);
   const auto engine = du::DynamicCast<zrcallouts::Callouts>(out);
   ASSERT_TRUE(engine);
   ASSERT_EQ(engine->GetReadWriteLock(), nullptr);

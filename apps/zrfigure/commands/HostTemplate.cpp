@@ -4,6 +4,7 @@
 
 #include <dg/LengthUnit.h>
 #include <zrk/MakeObject.h>
+#include <zrk/Operation.h>
 #include <zrk/illustration/LabelContent.h>
 #include <zrk/illustration/PenHolder.h>
 

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "drawing/LineSmoothing.h"
+#include "drawing/LineTicks.h"
 #include "drawing/MeshLines.h"
 #include "drawing/VisibleRuns.h"
 #include "visibility/ParallelFor.h"
@@ -10,48 +11,8 @@
 namespace zrfigure {
 namespace {
 
-constexpr double kTickLength = 8;      // Pixels; a shorter line must be joined to something.
-constexpr double kJoinDistance = 2;    // Pixels.
 constexpr double kSmall = 24;          // Pixels; an occurrence not larger than this gets narrow lines only.
 constexpr double kStraightness = 0.1;  // Pixels a dropped point may lie off the line.
-
-struct CandidateLine {
-  ArtLine line;
-  bool contour = false;
-};
-
-bool IsShort(const CandidateLine& candidate) {
-  const auto& points = candidate.line.points;
-  return PolylineLength(points) < kTickLength && Distance(points.front(), points.back()) > 0;
-}
-
-// Silhouettes that may themselves be ticks hold nothing.
-bool IsHeld(const std::vector<CandidateLine>& lines, std::size_t self, Point2 p) {
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (i == self || (lines[i].contour && IsShort(lines[i]))) continue;
-    const auto& points = lines[i].line.points;
-    for (std::size_t k = 1; k < points.size(); ++k) {
-      if (DistanceToSegment(p, points[k - 1], points[k]) < kJoinDistance) return true;
-    }
-  }
-  return false;
-}
-
-// Nearly edge-on twisted faces leave short pieces of silhouette beside the real one, and coarse facets short pieces of
-// crease. A short silhouette must be held at both ends, a short edge at one.
-void DropTicks(std::vector<CandidateLine>& lines) {
-  std::vector<CandidateLine> kept;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const auto& points = lines[i].line.points;
-    bool keep = true;
-    if (IsShort(lines[i])) {
-      const bool start = IsHeld(lines, i, points.front()), end = IsHeld(lines, i, points.back());
-      keep = lines[i].contour ? start && end : start || end;
-    }
-    if (keep) kept.push_back(lines[i]);
-  }
-  lines = std::move(kept);
-}
 
 // Wide lines would fill such an occurrence.
 bool IsSmall(const std::vector<CandidateLine>& lines) {
@@ -70,7 +31,7 @@ std::vector<ArtLine> LinesOfOccurrence(const LineArtInput& input, const MeshLine
   };
   for (const LineChain& chain : mesh.SharpEdges()) add(chain);
   for (const LineChain& chain : mesh.Contours(view.ToViewerInPart())) add(chain);
-  DropTicks(candidates);
+  DropTicks(candidates, input.ids);
   const bool small = IsSmall(candidates);
   std::vector<ArtLine> lines;
   for (CandidateLine& candidate : candidates) {

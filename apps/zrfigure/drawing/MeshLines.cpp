@@ -1,5 +1,7 @@
 #include "drawing/MeshLines.h"
 
+#include <optional>
+#include <set>
 #include <tuple>
 
 namespace zrfigure {
@@ -15,7 +17,7 @@ std::uint64_t EdgeKey(std::uint32_t a, std::uint32_t b) {
   return static_cast<std::uint64_t>(std::min(a, b)) << 32 | std::max(a, b);
 }
 
-constexpr std::uint32_t kNoPlace = ~0u;
+constexpr std::uint64_t kNoEdge = ~std::uint64_t{0};
 
 auto ToKey(Vec3 p) {
   return std::tuple(p.x, p.y, p.z);
@@ -89,9 +91,10 @@ std::uint64_t MeshLines::KeyBetween(Vec3 from, Vec3 to) const {
     const auto found =
         std::ranges::lower_bound(places_, wanted, {}, [&](std::uint32_t i) { return mesh_->positions[i]; });
     const bool same = found != places_.end() && mesh_->positions[*found] == wanted;
-    return same ? static_cast<std::uint32_t>(found - places_.begin()) : kNoPlace;
+    return same ? std::optional(static_cast<std::uint32_t>(found - places_.begin())) : std::nullopt;
   };
-  return EdgeKey(placeOf(from), placeOf(to));
+  const auto a = placeOf(from), b = placeOf(to);
+  return a && b ? EdgeKey(*a, *b) : kNoEdge;
 }
 
 // An edge that is not in the mesh stands alone: it is drawn wherever nothing covers it.
@@ -105,19 +108,19 @@ LineSegment MeshLines::SharpSegment(Vec3 from, Vec3 to, std::uint64_t key) const
   return segment;
 }
 
+// An edge may be listed twice, once by each surface at it.
 std::vector<std::uint64_t> MeshLines::BuildSharpEdges() {
   std::vector<LineSegment> segments;
-  std::vector<std::uint64_t> keys;
+  std::set<std::uint64_t> keys;
   for (const Polyline& line : mesh_->sharpEdges) {
     for (std::size_t i = 1; i < line.size(); ++i) {
       const Vec3 from = ToVec3(line[i - 1]), to = ToVec3(line[i]);
-      keys.push_back(KeyBetween(from, to));
-      segments.push_back(SharpSegment(from, to, keys.back()));
+      const std::uint64_t key = KeyBetween(from, to);
+      if (keys.insert(key).second || key == kNoEdge) segments.push_back(SharpSegment(from, to, key));
     }
   }
   sharpEdges_ = JoinSegments(std::move(segments), false);
-  std::ranges::sort(keys);
-  return keys;
+  return {keys.begin(), keys.end()};
 }
 
 void MeshLines::BuildSplitEdges(const std::vector<std::uint64_t>& sharpKeys) {

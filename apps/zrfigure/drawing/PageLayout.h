@@ -15,7 +15,7 @@ struct PagePlan {
 };
 
 /// Sets row height and column widths to fit the text; the widest left-aligned columns shrink when `maxWidth` is too
-/// narrow, narrow, and cells that still do not fit are shortened with an ellipsis.
+/// narrow, narrow, and cells that still do not fit are shortened with three dots.
 void MeasureTable(PartsTable& table, const TextMeasure& text, double maxWidth);
 
 /// Places the table. Beside and under it gets at most 40 % of the page; what does not fit goes to further pages.

@@ -1,74 +1,90 @@
 #include "drawing/TextMeasure.h"
 
-#include <cairo/cairo.h>
+#include <librsvg/rsvg.h>
 
+#include <algorithm>
+#include <map>
 #include <utility>
+#include <vector>
 
 #include "drawing/Utf8.h"
 
 namespace zrfigure {
 namespace {
 
-// One name: cairo takes a list for the name of a single font. Fontconfig answers an unknown name with its sans-serif,
-// as the list in kFontFamily does.
-constexpr const char* kMeasuredFamily = "osifont";
-// Measured large and without hinting, so that widths scale as an SVG renderer's do.
 constexpr double kReferenceSize = 1000;
 
-struct SurfaceRelease {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+struct HandleRelease {
+  void operator()(RsvgHandle* handle) const { g_object_unref(handle); }
 };
-struct ContextRelease {
-  void operator()(cairo_t* context) const { cairo_destroy(context); }
-};
+
+std::string Escaped(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '&') {
+      escaped += "&amp;";
+    } else if (c == '<') {
+      escaped += "&lt;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+// Width and height of the ink of a line of text at kReferenceSize, from the renderer that will draw it: the one way to
+// have its shaping and its choice of fonts for characters that the lettering font lacks.
+std::pair<double, double> InkSize(const std::string& text) {
+  const std::string svg =
+      std::string(
+          "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1000\" height=\"1000\"><text id=\"t\" font-family=\"") +
+      kFontFamily + "\" font-size=\"1000\">" + Escaped(XmlSafeText(text)) + "</text></svg>";
+  const std::unique_ptr<RsvgHandle, HandleRelease> handle(
+      rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(svg.data()), svg.size(), nullptr));
+  RsvgRectangle ink{}, logical{};
+  if (handle) rsvg_handle_get_geometry_for_element(handle.get(), "#t", &ink, &logical, nullptr);
+  return {ink.width, ink.height};
+}
 
 }  // namespace
 
-struct TextMeasure::Impl {
-  std::unique_ptr<cairo_surface_t, SurfaceRelease> surface{cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1)};
-  std::unique_ptr<cairo_t, ContextRelease> context{cairo_create(surface.get())};
-
-  Impl() {
-    cairo_select_font_face(context.get(), kMeasuredFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_font_options_t* options = cairo_font_options_create();
-    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
-    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
-    cairo_set_font_options(context.get(), options);
-    cairo_font_options_destroy(options);
-    cairo_set_font_size(context.get(), kReferenceSize);
-  }
-
-  [[nodiscard]] cairo_text_extents_t Extents(const std::string& text) const {
-    cairo_text_extents_t extents;
-    cairo_text_extents(context.get(), text.c_str(), &extents);
-    return extents;
-  }
+/// Advance widths at kReferenceSize, by text.
+struct TextMeasure::Cache {
+  std::map<std::string, double, std::less<>> widths;
+  double brackets = InkSize("HH").first;
 };
 
-TextMeasure::TextMeasure(double letteringHeightPx) : impl_(std::make_unique<Impl>()), capHeight_(letteringHeightPx) {
-  fontSize_ = capHeight_ * kReferenceSize / impl_->Extents("H").height;
+TextMeasure::TextMeasure(double letteringHeightPx) : cache_(std::make_unique<Cache>()), capHeight_(letteringHeightPx) {
+  const double height = InkSize("H").second;
+  fontSize_ = height > 0 ? capHeight_ * kReferenceSize / height : capHeight_;
 }
 TextMeasure::~TextMeasure() = default;
 TextMeasure::TextMeasure(TextMeasure&&) noexcept = default;
 TextMeasure& TextMeasure::operator=(TextMeasure&&) noexcept = default;
 
-// Cairo refuses text with a bad byte and stays refused; what is measured is what will be drawn, with the bad byte
-// replaced.
+// Between two letters, so that spaces at the ends and the letters' side bearings count.
 double TextMeasure::Width(std::string_view text) const {
-  return text.empty() ? 0 : impl_->Extents(XmlSafeText(text)).x_advance * fontSize_ / kReferenceSize;
+  if (text.empty()) return 0;
+  auto found = cache_->widths.find(text);
+  if (found == cache_->widths.end()) {
+    const double advance = InkSize("H" + std::string(text) + "H").first - cache_->brackets;
+    found = cache_->widths.emplace(text, std::max(0.0, advance)).first;
+  }
+  return found->second * fontSize_ / kReferenceSize;
 }
 
+// Bisection over the characters: a longer text is wider.
 std::string TextMeasure::Shortened(std::string_view text, double maxWidth) const {
-  if (Width(text) <= maxWidth) return std::string(text);
-  static const std::string kEllipsis = "\xE2\x80\xA6";
-  std::string shortened;
-  while (true) {
-    const std::string_view rest = text.substr(shortened.size());
-    const std::size_t length = std::max<std::size_t>(1, Utf8CharacterLength(rest));
-    const std::string longer = shortened + std::string(rest.substr(0, length));
-    if (rest.empty() || Width(longer + kEllipsis) > maxWidth) return shortened + kEllipsis;
-    shortened = longer;
+  constexpr double kRounding = 1e-6;
+  if (Width(text) <= maxWidth + kRounding) return std::string(text);
+  static const std::string kDots = "...";
+  std::vector<std::size_t> ends{0};
+  while (ends.back() < text.size()) {
+    ends.push_back(ends.back() + std::max<std::size_t>(1, Utf8CharacterLength(text.substr(ends.back()))));
   }
+  const auto tooWide = [&](std::size_t end) { return Width(std::string(text.substr(0, end)) + kDots) > maxWidth; };
+  const auto first = std::ranges::partition_point(ends, [&](std::size_t end) { return !tooWide(end); });
+  return std::string(text.substr(0, first == ends.begin() ? 0 : *(first - 1))) + kDots;
 }
 
 }  // namespace zrfigure

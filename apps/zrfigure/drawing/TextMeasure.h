@@ -1,5 +1,6 @@
 #pragma once
-// Sizes of text as it will be drawn, so that balloons and table cells can be made to fit. One thread at a time.
+// Sizes of text as it will be drawn, so that balloons and table cells can be made to fit. One thread at a time;
+// remembers what it measured.
 
 #include <memory>
 #include <string>
@@ -29,12 +30,12 @@ public:
   [[nodiscard]] double LineHeight() const { return 1.6 * capHeight_; }
   /// The value for `font-size` that gives capitals of CapHeight().
   [[nodiscard]] double FontSize() const { return fontSize_; }
-  /// `text`, shortened with an ellipsis when it is wider than `maxWidth` pixels.
+  /// `text`, shortened with three dots when it is wider than `maxWidth` pixels.
   [[nodiscard]] std::string Shortened(std::string_view text, double maxWidth) const;
 
 private:
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
+  struct Cache;
+  std::unique_ptr<Cache> cache_;
   double capHeight_;
   double fontSize_;
 };

@@ -148,10 +148,11 @@ private:
     if (tree_.model.occurrences.size() >= kMaxOccurrences) {
       throw ImportError("more than " + std::to_string(kMaxOccurrences) + " occurrences");
     }
-    const std::string instanceName = NameOf(component);
+    // A free shape is its own definition: the name on its label is the product's.
+    const bool hasInstanceName = component != definition && !IsInventedName(NameOf(component));
     const int index = static_cast<int>(tree_.model.occurrences.size());
     tree_.model.occurrences.push_back(
-        {parent, product, IsInventedName(instanceName) ? productName : instanceName, ToPlacement(toWorld)});
+        {parent, product, hasInstanceName ? NameOf(component) : productName, ToPlacement(toWorld)});
     if (!tree_.model.products[static_cast<std::size_t>(product)].isAssembly) return;
     for (const TDF_Label& child : ComponentsOf(definition)) Visit(child, index, toWorld);
   }

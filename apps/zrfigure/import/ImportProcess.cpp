@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <exception>
 #include <new>
@@ -58,6 +59,12 @@ std::string ErrorLine(const std::string& path, const std::string& reason) {
 
 std::string Megabytes(std::uint64_t bytes) {
   return std::to_string(bytes >> 20) + " MB";
+}
+
+std::string Seconds(double seconds) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%g s", seconds);
+  return text.data();
 }
 
 void LimitResources(const ImportRequest& request) {
@@ -207,7 +214,7 @@ Model ImportInChild(const ImportRequest& request, std::uint64_t& peakMemoryBytes
   const ChildEnd end = WaitFor(child);
   peakMemoryBytes = end.peakMemoryBytes;
   if (outcome == Outcome::TimedOut) {
-    throw ImportError("not done within " + std::to_string(static_cast<long>(limit.count())) + " s");
+    throw ImportError("not done within " + Seconds(limit.count()));
   }
   if (outcome == Outcome::TooLarge) throw ImportError("the meshed model is larger than " + Megabytes(kMaxBlockBytes));
   return ModelOf(block, end.status);

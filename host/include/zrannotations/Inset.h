@@ -29,7 +29,8 @@ public:
   Inset();
   ~Inset() override;
 
-  /// Gives the use of the inset template back; harmless twice. Entering an annotation set takes it up again.
+  /// Gives the use of the inset template back and forgets the shown callouts; harmless twice. Entering an annotation
+  /// set takes the use up again.
   void ReleaseInsetTemplate();
   [[nodiscard]] bool IsReleased() const;
   void RegisterTemplateObserver(const du::SmartPtr<zrk::Observer>& observer);

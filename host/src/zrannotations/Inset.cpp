@@ -17,7 +17,10 @@ Inset::Inset() = default;
 Inset::~Inset() = default;
 
 void Inset::ReleaseInsetTemplate() {
+  // The inset and the callouts it shows hold each other; the last references may go here, after the lock.
+  std::set<du::SmartPtr<Callout>> shown;
   const dp::MutexGuard guard(mutex_);
+  shown.swap(shownCallouts_);
   released_ = true;
 }
 

@@ -9,13 +9,6 @@ namespace zrcallouts::placement {
 
 namespace {
 
-/// Whether segments ab and cd meet, where starting in one and the same anchor does not count.
-bool LeaderSegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d) {
-  if (!SegmentsMeet(a, b, c, d)) return false;
-  if (a != c) return true;
-  return IsOnSegment(a, b, d) || IsOnSegment(c, d, b);
-}
-
 void AuditPairs(const Scene& scene, const SpotList& spots, Tally& tally) {
   GridIndex boxes(scene.page, scene.items.size()), leaders(scene.page, scene.items.size());
   std::vector<std::uint32_t> near;
@@ -64,6 +57,12 @@ bool Tally::IsBetterThan(const Tally& other) const {
                            t.length + kBendCost * t.bends + kObstacleCost * t.leadersThroughObstacles);
   };
   return key(*this) < key(other);
+}
+
+bool LeaderSegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d) {
+  if (!SegmentsMeet(a, b, c, d)) return false;
+  if (a != c) return true;
+  return IsOnSegment(a, b, d) || IsOnSegment(c, d, b);
 }
 
 bool LeadersMeet(const Item& itemA, const LabelSpot& spotA, const Item& itemB, const LabelSpot& spotB) {

@@ -20,6 +20,9 @@ struct Tally {
   [[nodiscard]] bool IsBetterThan(const Tally& other) const;
 };
 
+/// Whether the leader pieces ab and cd of two items meet, where starting in one and the same anchor does not count.
+[[nodiscard]] bool LeaderSegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d);
+
 /// Whether leaders of the two items cross or touch, one shared anchor point aside.
 [[nodiscard]] bool LeadersMeet(const Item& itemA, const LabelSpot& spotA, const Item& itemB, const LabelSpot& spotB);
 

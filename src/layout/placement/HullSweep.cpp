@@ -46,13 +46,13 @@ private:
   [[nodiscard]] std::vector<Stacked> TakeStack(int height, Coord depth);
   void PutBack(const std::vector<Stacked>& stack);
   [[nodiscard]] Coord BlockedUntil(const Stacked& label) const;
-  void Seat(const std::vector<Stacked>& stack, std::vector<placement::Seat>& seats);
+  void Settle(const std::vector<Stacked>& stack, std::vector<Seat>& seats);
 
   const Scene& scene_;
   const SweepTask& task_;
   const RingTask& room_;
   std::vector<std::size_t> remaining_;
-  std::vector<std::pair<SidePoint, SidePoint>> obstacles_;
+  std::vector<SideBox> hindrances_;
   std::vector<Standing> standing_;
   Coord low_ = 0;              ///< Where the low edge of the next label may stand.
   Coord portOffset_ = 0;       ///< From the low edge of a label next to the frame to its port.
@@ -67,7 +67,7 @@ SideSweep::SideSweep(const Scene& scene, const SweepTask& task)
     portOffset_ = std::min(portOffset_, extent / 2);
     remainingExtent_ += extent + room_.gap;
   }
-  for (const FixedBox& obstacle : scene.obstacles) obstacles_.push_back(room_.edge.ToSide(obstacle));
+  hindrances_ = Hindrances(scene, room_.edge);
   low_ = std::max(room_.boxLow, room_.portLow - portOffset_);
 }
 
@@ -159,7 +159,7 @@ void SideSweep::PutBack(const std::vector<Stacked>& stack) {
 /// Where the low edge of the stack has to go for the label to come free of obstacles; `low_` when it is free.
 Coord SideSweep::BlockedUntil(const Stacked& label) const {
   Coord until = low_;
-  for (const auto& [from, to] : obstacles_) {
+  for (const auto& [from, to] : hindrances_) {
     const bool box = label.low.u < to.u + room_.gap && from.u - room_.gap < label.high.u && label.low.v < to.v &&
                      from.v < label.high.v;
     const bool lane =
@@ -169,7 +169,7 @@ Coord SideSweep::BlockedUntil(const Stacked& label) const {
   return until;
 }
 
-void SideSweep::Seat(const std::vector<Stacked>& stack, std::vector<placement::Seat>& seats) {
+void SideSweep::Settle(const std::vector<Stacked>& stack, std::vector<Seat>& seats) {
   for (const Stacked& label : stack) {
     seats[label.member].spot = {true, room_.edge.ToPage(label.low, label.high),
                                 room_.edge.ToPage(SidePoint{label.port, 0}),
@@ -180,7 +180,7 @@ void SideSweep::Seat(const std::vector<Stacked>& stack, std::vector<placement::S
   low_ = stack.back().high.u + room_.gap;
 }
 
-void SideSweep::Run(std::vector<placement::Seat>& seats) {
+void SideSweep::Run(std::vector<Seat>& seats) {
   const std::vector<Coord> wished = WishedPorts();
   while (!remaining_.empty()) {
     const Coord latest = room_.portHigh - remainingExtent_;
@@ -202,7 +202,7 @@ void SideSweep::Run(std::vector<placement::Seat>& seats) {
       PutBack(stack);
       low_ = until;
     } else {
-      Seat(stack, seats);
+      Settle(stack, seats);
     }
   }
 }

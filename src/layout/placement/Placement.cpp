@@ -59,8 +59,14 @@ PlacementResult PlaceLabels(const PlacementRequest& request) {
   };
   const FixedBox frame = scene.model.Grown(scene.clearance);
   bool uniform = true;
-  for (auto& a : scene.items)
-    for (auto& b : scene.items) uniform = uniform && a.width < 2 * b.width && 2 * a.height < 3 * b.height;
+  double mw = 0, mh = 0, sw = 0, sh = 0;
+  for (auto& a : scene.items) {
+    mw = std::max(mw, double(a.width));
+    mh = std::max(mh, double(a.height));
+    sw += double(a.width);
+    sh += double(a.height);
+  }
+  uniform = mw * double(scene.items.size()) <= 1.5 * sw && mh * double(scene.items.size()) <= 1.5 * sh;
   if (uniform)
     for (const Coord gap : {scene.gap, scene.gap * 2 / 3, scene.gap / 2}) {
       for (int rings = 1; rings <= scene.maxRings; ++rings) {

@@ -107,11 +107,11 @@ std::vector<double> SideRelaxation::LeastGaps() const {
 void SideRelaxation::FindBounds() {
   lowest_.clear();
   highest_.clear();
+  const std::vector<SideBox> hindrances = Hindrances(scene_, task_.edge);
   for (const Sitter& sitter : sitters_) {
     Coord low = std::max(task_.portLow, task_.boxLow + sitter.before);
     Coord high = std::min(task_.portHigh, task_.boxHigh - sitter.after);
-    for (const FixedBox& obstacle : scene_.obstacles) {
-      const auto [from, to] = task_.edge.ToSide(obstacle);
+    for (const auto& [from, to] : hindrances) {
       const bool label = from.v < sitter.high.v && sitter.low.v < to.v;
       const bool lane = 0 < to.v && from.v < sitter.low.v;
       if (!label && !lane) continue;

@@ -33,7 +33,7 @@ RingPacker::RingPacker(const Scene& scene, const RingTask& task) : task_(task), 
     const Coord center = task.leastExtent / 2;
     rings_.push_back({middle ? std::min(task.lane, center) : center, v, task.boxLow, task.portLow});
   }
-  for (const FixedBox& obstacle : scene.obstacles) obstacles_.push_back(task.edge.ToSide(obstacle));
+  hindrances_ = Hindrances(scene, task.edge);
 }
 
 Coord RingPacker::EarliestPort(std::size_t ring) const {
@@ -58,7 +58,7 @@ std::size_t RingPacker::ChooseRing(Coord wished) const {
 
 Coord RingPacker::BlockedUntil(const Ring& ring, Coord port, SidePoint low, SidePoint high) const {
   Coord until = port;
-  for (const auto& [from, to] : obstacles_) {
+  for (const auto& [from, to] : hindrances_) {
     const bool label = low.u < to.u + task_.gap && from.u - task_.gap < high.u && low.v < to.v && from.v < high.v;
     const bool lane = port < to.u + task_.lane && from.u - task_.lane < port && 0 < to.v && from.v < ring.v;
     if (label || lane) until = std::max({until, port + 1, label ? to.u + task_.gap + ring.offset : to.u + task_.lane});

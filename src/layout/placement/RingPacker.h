@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "layout/placement/RingPlan.h"
+#include "layout/placement/Seat.h"
 
 namespace zrcallouts::placement {
 
@@ -18,12 +18,6 @@ struct RingTask {
   Coord lane = 0;                   ///< Between a leader on its way to an outer ring and what stands beside it.
   Coord leastExtent = 0;            ///< Along the side, of the labels that may come.
   Coord mostDepth = 0;              ///< Away from the side, of the labels that may come.
-};
-
-/// Where a label stands on its side.
-struct Seat {
-  LabelSpot spot;
-  std::size_t side = 0;  ///< Index into kSides.
 };
 
 /// The task for the whole of a side (index into kSides) of the plan, without sizes of labels.
@@ -57,7 +51,7 @@ private:
 
   RingTask task_;
   std::vector<Ring> rings_;
-  std::vector<std::pair<SidePoint, SidePoint>> obstacles_;
+  std::vector<SideBox> hindrances_;
   Coord nextPort_ = 0;
 };
 

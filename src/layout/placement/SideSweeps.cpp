@@ -17,7 +17,7 @@ namespace {
 
 using Capacities = std::array<double, 4>;
 
-SpotList SpotsOf(const std::vector<Seat>& seats) {
+SpotList PlainSpots(const std::vector<Seat>& seats) {
   SpotList spots;
   for (const Seat& seat : seats) spots.push_back(seat.spot);
   return spots;
@@ -56,7 +56,7 @@ SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking) {
   Tally bestTally;
   for (int round = 0; round < kRounds && (best.empty() || bestTally.unplaced > 0); ++round) {
     std::vector<Seat> seats = SweepOnce(scene, plan, stacking, capacity);
-    const Tally tally = Audit(scene, SpotsOf(seats));
+    const Tally tally = Audit(scene, PlainSpots(seats));
     if (!best.empty() && !tally.IsBetterThan(bestTally)) continue;
     best = std::move(seats);
     bestTally = tally;
@@ -65,7 +65,7 @@ SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking) {
   std::iota(items.begin(), items.end(), std::size_t{0});
   std::vector<Seat> relaxed = best;
   RelaxSeats(scene, plan, items, relaxed);
-  return SpotsOf(Audit(scene, SpotsOf(relaxed)).IsBetterThan(bestTally) ? relaxed : best);
+  return PlainSpots(Audit(scene, PlainSpots(relaxed)).IsBetterThan(bestTally) ? relaxed : best);
 }
 
 }  // namespace zrcallouts::placement

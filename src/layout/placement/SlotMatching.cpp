@@ -5,6 +5,7 @@
 
 #include "layout/placement/Assignment.h"
 #include "layout/placement/Audit.h"
+#include "layout/placement/LocalSearch.h"
 #include "layout/placement/Relaxation.h"
 
 namespace zrcallouts::placement {
@@ -25,88 +26,90 @@ Item LargestItem(const Scene& scene) {
   return largest;
 }
 
-double CostOf(const Scene& scene, const Item& item, const Seat& seat, bool obstaclesInside) {
-  double cost = LeaderLength(item, seat.spot);
-  if (seat.spot.port != seat.spot.attach) cost += kBendCost * static_cast<double>(item.anchors.size());
-  if (obstaclesInside)
-    for (const FixedBox& obstacle : scene.obstacles) cost += kObstacleCost * LeaderEntersBox(item, seat.spot, obstacle);
-  return cost;
-}
-
-/// The spot of an item on a seat: the seat's box shrunk to the item along the side and toward the frame.
-LabelSpot SpotOf(const Item& item, const Seat& seat, const FixedBox& frame) {
-  const SideFrame edge(frame, kSides[seat.side]);
-  const auto [low, high] = edge.ToSide(seat.spot.box);
-  const Coord port = edge.ToSide(seat.spot.port).u, slack = high.u - low.u - edge.Extent(item);
-  // Centred on its port where that is possible inside the slot.
-  const Coord from = std::clamp(port - edge.Extent(item) / 2, low.u, low.u + slack);
-  LabelSpot spot = seat.spot;
-  spot.box = edge.ToPage({from, low.v}, {from + edge.Extent(item), low.v + edge.Depth(item)});
-  return spot;
-}
-
 class Matcher {
 public:
-  Matcher(const Scene& scene, const RingPlan& plan) : scene_(scene), plan_(plan), seats_(MakeSlots(scene, plan)) {
-    for (std::size_t i = 0; i < scene.items.size(); ++i)
-      if (!scene.items[i].anchors.empty()) items_.push_back(i);
+  Matcher(const Scene& scene, const RingPlan& plan) : scene_(scene), plan_(plan) {
+    seating_.frame = plan.frame;
+    seating_.free = MakeSlots(scene, plan);
+    for (std::size_t i = 0; i < scene.items.size(); ++i) {
+      if (scene.items[i].anchors.empty()) continue;
+      seating_.items.push_back(i);
+      severalLeaders_ |= scene.items[i].anchors.size() > 1;
+    }
     for (const FixedBox& obstacle : scene.obstacles) obstaclesInside_ |= BoxesOverlap(obstacle, plan.frame);
   }
 
-  [[nodiscard]] bool HasRoom() const { return seats_.size() >= items_.size(); }
+  [[nodiscard]] bool HasRoom() const { return seating_.free.size() >= seating_.items.size(); }
   SpotList Run();
 
 private:
   void Match();
-  [[nodiscard]] SpotList Spots() const;
+  [[nodiscard]] double CostOf(const Item& item, const Seat& seat) const;
+  void Keep(SpotList spots);
 
   const Scene& scene_;
   const RingPlan& plan_;
-  std::vector<std::size_t> items_;
-  std::vector<Seat> seats_;         ///< After the first match: one an item, in the order of items_.
+  Seating seating_;
   std::vector<double> potentials_;  ///< Of the seats, from the last match.
-  bool obstaclesInside_ = false;
+  bool obstaclesInside_ = false, severalLeaders_ = false;
+  SpotList best_;
+  Tally bestTally_;
 };
 
-void Matcher::Match() {
-  CostMatrix costs(items_.size(), seats_.size());
-  for (std::size_t row = 0; row < items_.size(); ++row)
-    for (std::size_t column = 0; column < seats_.size(); ++column)
-      costs.Set(row, column, kCostUnits * CostOf(scene_, scene_.items[items_[row]], seats_[column], obstaclesInside_));
-  const Assignment assignment = MinCostAssignment(costs, std::move(potentials_));
-  std::vector<Seat> taken;
-  potentials_.clear();
-  for (const std::size_t column : assignment.columnOfRow) {
-    taken.push_back(seats_[column]);
-    potentials_.push_back(assignment.columnPotential[column]);
-  }
-  seats_ = std::move(taken);
+double Matcher::CostOf(const Item& item, const Seat& seat) const {
+  const LabelSpot spot = SpotOn(item, seat, plan_.frame);
+  double cost = LeaderLength(item, spot);
+  if (spot.port != spot.attach) cost += kBendCost * static_cast<double>(item.anchors.size());
+  if (obstaclesInside_)
+    for (const FixedBox& obstacle : scene_.obstacles) cost += kObstacleCost * LeaderEntersBox(item, spot, obstacle);
+  return cost;
 }
 
-SpotList Matcher::Spots() const {
-  SpotList spots(scene_.items.size());
-  for (std::size_t k = 0; k < items_.size(); ++k)
-    spots[items_[k]] = SpotOf(scene_.items[items_[k]], seats_[k], plan_.frame);
-  return spots;
+/// Seats all items anew on the seats they have, or on free ones at the first time.
+void Matcher::Match() {
+  std::vector<Seat> seats = std::move(seating_.seats.empty() ? seating_.free : seating_.seats);
+  CostMatrix costs(seating_.items.size(), seats.size());
+  for (std::size_t row = 0; row < costs.Rows(); ++row)
+    for (std::size_t column = 0; column < costs.Columns(); ++column)
+      costs.Set(row, column, kCostUnits * CostOf(scene_.items[seating_.items[row]], seats[column]));
+  const Assignment assignment = MinCostAssignment(costs, std::move(potentials_));
+  potentials_.clear();
+  seating_.seats.clear();
+  std::vector<bool> taken(seats.size(), false);
+  for (const std::size_t column : assignment.columnOfRow) {
+    seating_.seats.push_back(seats[column]);
+    potentials_.push_back(assignment.columnPotential[column]);
+    taken[column] = true;
+  }
+  seating_.free.clear();
+  for (std::size_t column = 0; column < seats.size(); ++column)
+    if (!taken[column]) seating_.free.push_back(seats[column]);
+}
+
+void Matcher::Keep(SpotList spots) {
+  const Tally tally = Audit(scene_, spots);
+  if (!best_.empty() && !tally.IsBetterThan(bestTally_)) return;
+  best_ = std::move(spots);
+  bestTally_ = tally;
 }
 
 SpotList Matcher::Run() {
   constexpr int kRounds = 3;
   Match();
-  SpotList best = Spots();
-  Tally bestTally = Audit(scene_, best);
+  if (severalLeaders_) ReduceCrossings(scene_, seating_, atol(getenv("STEPS") ? getenv("STEPS") : "20000"));
+  Keep(SpotsOf(scene_, seating_));
+  seating_.free.clear();
   for (int round = 0; round < kRounds; ++round) {
-    RelaxSeats(scene_, plan_, items_, seats_);
-    for (const bool rematch : {false, true}) {
-      if (rematch) Match();
-      SpotList spots = Spots();
-      const Tally tally = Audit(scene_, spots);
-      if (!tally.IsBetterThan(bestTally)) continue;
-      best = std::move(spots);
-      bestTally = tally;
+    RelaxSeats(scene_, plan_, seating_.items, seating_.seats);
+    Keep(SpotsOf(scene_, seating_));
+    if (severalLeaders_) {
+      ReduceCrossings(scene_, seating_, atol(getenv("STEPS") ? getenv("STEPS") : "20000"));
+    } else {
+      Match();
     }
+    Keep(SpotsOf(scene_, seating_));
   }
-  return best;
+  return best_;
 }
 
 }  // namespace

@@ -1,0 +1,125 @@
+#include "visibility/VisibleRegions.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <tuple>
+
+#include "drawing/VisibleArea.h"
+
+namespace zrfigure {
+namespace {
+
+IdBuffer BufferOf(int width, int height, const std::vector<int>& ids) {
+  return {width, height, {ids.begin(), ids.end()}, std::vector<float>(ids.size(), 0)};
+}
+
+// Blobs, stripes and noise, so that runs of every length occur.
+IdBuffer RandomMask(unsigned seed) {
+  std::mt19937 random(seed);
+  const auto pick = [&](int low, int high) { return low + static_cast<int>(random() % (high - low + 1)); };
+  const int width = pick(1, 60), height = pick(1, 60);
+  std::vector<int> ids(static_cast<std::size_t>(width) * height, -1);
+  for (int blob = 0; blob < 12; ++blob) {
+    const int id = pick(-1, 5), left = pick(0, width - 1), top = pick(0, height - 1);
+    for (int y = top; y < std::min(height, top + pick(1, 30)); ++y) {
+      for (int x = left; x < std::min(width, left + 20); ++x) ids[static_cast<std::size_t>(y) * width + x] = id;
+    }
+  }
+  for (int dot = 0; dot < pick(0, 6); ++dot) ids[random() % ids.size()] = pick(-1, 5);
+  return BufferOf(width, height, ids);
+}
+
+std::int64_t SquaredDepth(const IdBuffer& buffer, int x, int y) {
+  std::int64_t best = std::numeric_limits<std::int64_t>::max();
+  for (int v = -1; v <= buffer.height; ++v) {
+    for (int u = -1; u <= buffer.width; ++u) {
+      const std::int64_t dx = u - x, dy = v - y;
+      if (buffer.At(u, v) != buffer.At(x, y)) best = std::min(best, dx * dx + dy * dy);
+    }
+  }
+  return best;
+}
+
+// The rule as a sentence would put it: deepest, then nearest to the centroid, then y, then x.
+std::map<int, VisibleRegion> BruteForce(const IdBuffer& buffer) {
+  std::map<int, std::vector<std::pair<int, int>>> pixels;
+  for (int y = 0; y < buffer.height; ++y) {
+    for (int x = 0; x < buffer.width; ++x) {
+      if (buffer.At(x, y) >= 0) pixels[buffer.At(x, y)].emplace_back(x, y);
+    }
+  }
+  std::map<int, VisibleRegion> regions;
+  for (const auto& [id, list] : pixels) {
+    std::int64_t sumX = 0, sumY = 0;
+    for (const auto& [x, y] : list) sumX += x, sumY += y;
+    const auto count = static_cast<std::int64_t>(list.size());
+    std::tuple<std::int64_t, std::int64_t, int, int> best{1, 0, 0, 0};
+    for (const auto& [x, y] : list) {
+      const std::int64_t dx = count * x - sumX, dy = count * y - sumY;
+      best = std::min(best, std::tuple(-SquaredDepth(buffer, x, y), dx * dx + dy * dy, y, x));
+    }
+    const auto [depth, distance, y, x] = best;
+    regions[id] = {id, count, x, y, std::sqrt(static_cast<double>(-depth)), {}};
+  }
+  return regions;
+}
+
+class VisibleRegionsTest : public testing::TestWithParam<unsigned> {};
+
+TEST_P(VisibleRegionsTest, DeepestPixelsEqualBruteForceOnRandomMasks) {
+  for (unsigned seed = GetParam(); seed < GetParam() + 25; ++seed) {
+    const IdBuffer buffer = RandomMask(seed);
+    const auto regions = FindVisibleRegions(buffer, View{});
+    const auto expected = BruteForce(buffer);
+    ASSERT_EQ(regions.size(), expected.size()) << "seed " << seed;
+    for (const VisibleRegion& region : regions) {
+      const VisibleRegion& wanted = expected.at(region.occurrence);
+      EXPECT_EQ(region.pixelCount, wanted.pixelCount) << "seed " << seed;
+      EXPECT_EQ(std::tuple(region.x, region.y), std::tuple(wanted.x, wanted.y)) << "seed " << seed;
+      EXPECT_DOUBLE_EQ(region.clearancePx, wanted.clearancePx) << "seed " << seed;
+    }
+  }
+}
+
+TEST_P(VisibleRegionsTest, TracedAreasEncloseAsManyPixelsAsAreVisible) {
+  const IdBuffer buffer = RandomMask(GetParam());
+  const auto areas = TraceVisibleAreas(buffer);
+  const auto regions = FindVisibleRegions(buffer, View{});
+  ASSERT_EQ(areas.size(), regions.size());
+  for (const VisibleRegion& region : regions) {
+    double area = 0, border = 0;
+    for (const auto& ring : areas.at(region.occurrence)) {
+      for (std::size_t i = 1; i < ring.size(); ++i) {
+        area += (ring[i - 1].x * ring[i].y - ring[i].x * ring[i - 1].y) / 2;
+        border += Distance(ring[i - 1], ring[i]);
+      }
+      EXPECT_EQ(Distance(ring.front(), ring.back()), 0);
+    }
+    EXPECT_NEAR(area, static_cast<double>(region.pixelCount), 0.8 * border + 1);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, VisibleRegionsTest, testing::Range(0U, 200U, 25U));
+
+TEST(VisibleRegionsTest, RingSharedByTwoSquaresOfOneOccurrenceSplitsAtTheirCorner) {
+  const auto areas = TraceVisibleAreas(BufferOf(4, 4,
+                                                {3, 3, -1, -1,  //
+                                                 3, 3, -1, -1,  //
+                                                 -1, -1, 3, 3,  //
+                                                 -1, -1, 3, 3}));
+  EXPECT_EQ(areas.at(3).size(), 2U);
+}
+
+TEST(VisibleRegionsTest, FindRegionReturnsNullForWhatCannotBeSeen) {
+  const auto regions = FindVisibleRegions(BufferOf(3, 1, {2, -1, 5}), View{});
+  ASSERT_EQ(regions.size(), 2U);
+  EXPECT_EQ(FindRegion(regions, 5)->x, 2);
+  EXPECT_EQ(FindRegion(regions, 3), nullptr);
+  EXPECT_EQ(FindRegion(regions, 9), nullptr);
+  EXPECT_TRUE(FindVisibleRegions(IdBuffer{}, View{}).empty());
+}
+
+}  // namespace
+}  // namespace zrfigure
