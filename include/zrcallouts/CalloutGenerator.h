@@ -41,6 +41,7 @@ namespace zrcallouts {
 
 class AnnotationVisitor;
 class Callouts;
+struct LeaderTarget;
 
 /// The automatic creation of callouts, and the operations around it.
 ///
@@ -139,7 +140,6 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   using Candidates = std::vector<Candidate>;
 
   class PassProgress;
-  struct PassTarget;
 
   static du::SmartPtr<zrk::ReadWriteLock> GetRWLock();
 
@@ -160,11 +160,7 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   [[nodiscard]] std::vector<const Candidates*> CandidatesOfSelection(const Selection& selection);
   void FillRunSet(const std::vector<const Candidates*>& selected, PassProgress& progress, InstanceSet& runSet) const;
 
-  [[nodiscard]] du::SmartPtr<zrannotations::Callout> MakeCallout(const SbomInstancePtr& instance,
-                                                                 const PassTarget& target) const;
-  [[nodiscard]] bool FindTarget(const SbomInstancePtr& instance, bool opensPass, PassTarget& target);
-  void AddLeader(const du::SmartPtr<zrannotations::Callout>& callout, const SbomInstancePtr& instance,
-                 const PassTarget& target, bool hidden) const;
+  [[nodiscard]] du::SmartPtr<zrannotations::Callout> MakeCallout(const LeaderTarget& target) const;
   void AssignSymbolId(const du::SmartPtr<zrannotations::Callout>& callout, const AnnotationVisitor& symbols) const;
   void AssignItemNumber(const du::SmartPtr<zrannotations::Callout>& callout,
                         const du::SmartPtr<zrk::Operation>& operation);

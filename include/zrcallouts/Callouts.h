@@ -48,6 +48,7 @@ namespace zrcallouts {
 
 class AnnoSetTableObserver;
 class EngineLink;
+class GenerationScope;
 class InsetObserver;
 class ItemsListObserver;
 class OrreryAppObserver;
@@ -182,6 +183,14 @@ public:
   /// have an update of their own.
   void OnItemContentChanged(std::uint32_t itemId, std::set<du::SmartPtr<zrk::illustration::SbomInstance>> added,
                             std::set<du::SmartPtr<zrk::illustration::SbomInstance>> removed);
+  /// Makes the leaders of the item's callouts match its group of instances, as one step of `operation` (none when empty).
+  /// With either setting for same parts on, an added instance gets a leader; a removed one loses its leader in any case, and
+  /// a callout that loses its last leader is deleted. By instance, and idempotent. Does nothing during an automatic run and
+  /// while the host undoes or redoes. Write lock.
+  void UpdateItemGroupCalloutLeaders(std::uint32_t itemId,
+                                     const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
+                                     const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed,
+                                     const du::SmartPtr<zrk::Operation>& operation);
   /// Deletes the callouts that carry the item; a combined callout loses only that member. Write lock.
   void OnItemRemoved(std::uint32_t itemId, const du::SmartPtr<zrk::Operation>& operation);
   /// Deletes every callout that carries an item number. Write lock.
@@ -251,6 +260,12 @@ private:
   [[nodiscard]] CalloutSet CopyOfCalloutsAt(const std::string& id) const;
   [[nodiscard]] bool IsRegistered(const du::SmartPtr<zrannotations::Callout>& callout) const;
   [[nodiscard]] bool IsDestroyed() const;
+  bool UpdateLeadersOf(const du::SmartPtr<zrannotations::Callout>& callout,
+                       const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
+                       const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed,
+                       const du::SmartPtr<zrk::Operation>& operation);
+  void BeginGeneration();
+  void EndGeneration();
   std::string CombinedLabel(const du::SmartPtr<zrannotations::CombinedCallout>& combined);
   std::string LabelFromTemplate(const du::SmartPtr<zrannotations::Callout>& callout);
   void MarkViewDirty() const;
@@ -274,6 +289,7 @@ private:
   du::SmartPtr<OrreryAppObserver> applicationObserver_;
   du::SmartPtr<TreeObserver> treeObserver_;
   du::SmartPtr<AnnoSetTableObserver> annoSetTableObserver_;
+  std::uint32_t generations_ = 0;  // automatic runs and item additions of generators under way
   du::SmartPtr<EngineLink> link_;  // what template observers hold instead of the engine; cut by Destroy
 };
 

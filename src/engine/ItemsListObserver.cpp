@@ -3,6 +3,7 @@
 #include <zrk/Operation.h>
 #include <zrk/illustration/SbomInstance.h>
 
+#include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
 namespace zrcallouts {
@@ -14,7 +15,10 @@ void ItemsListObserver::OnItemRemoved(unsigned itemId) {
 void ItemsListObserver::OnItemContentChanged(unsigned itemId,
                                              const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
                                              const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed) {
-  if (Callouts* const engine = engine_) engine->OnItemContentChanged(itemId, added, removed);
+  Callouts* const engine = engine_;
+  if (!engine) return;
+  engine->OnItemContentChanged(itemId, added, removed);
+  engine->UpdateItemGroupCalloutLeaders(itemId, added, removed, hostlayer::CurrentOperation());
 }
 
 }  // namespace zrcallouts

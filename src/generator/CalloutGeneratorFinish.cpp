@@ -21,6 +21,7 @@
 #include "generator/AnnotationVisitor.h"
 #include "generator/PassProgress.h"
 #include "hostlayer/HostLayer.h"
+#include "leaders/GenerationScope.h"
 #include "zrcallouts/CalloutGenerator.h"
 #include "zrcallouts/Callouts.h"
 
@@ -124,6 +125,7 @@ void CalloutGenerator::AssignItemNumber(const du::SmartPtr<Callout>& callout,
   const auto instance = callout->GetSbomInstanceAtPos(0);
   unsigned itemId = 0;
   if (!instance || !itemList_) return;
+  const GenerationScope generation(engine_);
   if (!HasItem(instance, itemId)) {
     callout->SetItemId(itemList_->AddInstance(instance, operation, false, std::string()));
   } else if (IsItemized(itemId)) {

@@ -18,6 +18,7 @@
 #include "generator/CalloutDefinitionOperationStep.h"
 #include "generator/ProcessPlanGrouping.h"
 #include "hostlayer/HostLayer.h"
+#include "leaders/GenerationScope.h"
 #include "zrcallouts/CalloutGenerator.h"
 #include "zrcallouts/Callouts.h"
 
@@ -106,6 +107,7 @@ void CalloutGenerator::IncrementNumberOfVariants(const SbomInstancePtr& instance
 // New item numbers are made inside the run's operation and undone with it. An item that is not itemized is no category.
 void CalloutGenerator::CountItems(const SbomInstancePtr& instance, const EngineeringSet& engineering,
                                   const du::SmartPtr<zrk::Operation>& operation) {
+  const GenerationScope generation(engine_);
   for (const auto& candidate : ItemListCandidates(instance, engineering)) {
     unsigned itemId = 0;
     if (!HasItem(candidate, itemId)) {

@@ -6,6 +6,7 @@
 #include <zrk/illustration/ItemsList.h>
 #include <zrk/illustration/SbomInstanceSelectionItem.h>
 
+#include "leaders/GenerationScope.h"
 #include "zrcallouts/Callouts.h"
 
 namespace zrcallouts {
@@ -41,6 +42,7 @@ void CreateCalloutsTask::Run() {
   if (!engine_) return;
   generator = new CalloutGenerator(engine_);
   if (!generator) return;
+  const GenerationScope generation(engine_);  // the item list tells its observers when the group closes, still in here
   const auto itemList = engine_->GetItemsList();
   const zrk::Observable::UpdateGroup group(itemList ? itemList->GetZrkItemList() : nullptr);
   generator->AddOnSelected(selection_, event_);

@@ -4,14 +4,17 @@
 #include <zrannotations/Inset.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zrk/BaseInstance.h>
+#include <zrk/CurrentOperation.h>
 #include <zrk/ComponentInstance.h>
 #include <zrk/Instance.h>
 #include <zrk/MultiRootContainer.h>
+#include <zrk/Operation.h>
 #include <zrk/PickService.h>
 #include <zrk/Property.h>
 #include <zrk/ShapeInstance.h>
 #include <zrk/ShapeScene.h>
 #include <zrk/ShapeView.h>
+#include <zrk/UndoHistory.h>
 #include <zrk/World.h>
 #include <zrk/illustration/Illu3dPagePreview.h>
 #include <zrk/illustration/Illustration3dView.h>
@@ -168,6 +171,12 @@ bool CarriesItem(const du::SmartPtr<zrk::illustration2d::Callout2D>& callout) { 
 du::Symbol IdPathOf(const du::Symbol& id) { return du::Symbol("/" + id.GetString()); }
 
 bool NumbersHierarchically(const zrk::illustration::ItemsList::Numbering& numbering) { return numbering.hierarchical; }
+
+bool IsReplaying(const du::SmartPtr<zrk::ShapeScene>& scene) {
+  return scene && zrk::UndoHistory::IsRunning(scene);
+}
+
+du::SmartPtr<zrk::Operation> CurrentOperation() { return zrk::CurrentOperation::Get(); }
 
 bool NotesAreLocalized() {
   const auto world = zrk::World::GetWorld();

@@ -17,6 +17,7 @@
 namespace zrk {
 class BaseInstance;
 class Instance;
+class Operation;
 class Property;
 class ShapeInstance;
 class ShapeScene;
@@ -105,6 +106,12 @@ void TellInsetItsCallouts(const InsetPtr& inset, const std::set<CalloutPtr>& cal
 /// The registry's key of a 3D symbol: a slash and the id of its component instance.
 [[nodiscard]] std::string SymbolKeyOf(const du::SmartPtr<zrannotations::SymbolAnnotation>& symbol);
 [[nodiscard]] std::string SymbolKeyOf(const du::SmartPtr<zrk::Instance>& symbol);
+
+// Undo.
+/// Whether this thread is just undoing or redoing in the scene: reactions then leave alone what the steps restore.
+[[nodiscard]] bool IsReplaying(const du::SmartPtr<zrk::ShapeScene>& scene);
+/// The operation that the change belongs to which this thread is told of; empty outside any.
+[[nodiscard]] du::SmartPtr<zrk::Operation> CurrentOperation();
 
 /// The notes flag of the open file's localisation settings; false without a world, file or settings.
 [[nodiscard]] bool NotesAreLocalized();

@@ -300,4 +300,20 @@ TEST_F(EngineLifetimeTest, FieldsFollowEachOtherInTheirOrder) {
   callout->UnregisterTemplateObserver();
 }
 
+TEST_F(EngineLifetimeTest, BackgroundColoursComeFromViewsOfIllustrationScenes) {
+  const auto unchanged = sizeof(Callouts);
+  const auto stranger = zrk::MakeObject<zrk::ShapeView>();
+  stranger->SetBackgroundColors({1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 1});
+  EXPECT_EQ(FirstChange(engine_, [&] { engine_->OnBackgroundColor(nullptr); }), unchanged);
+  EXPECT_EQ(FirstChange(engine_, [&] { engine_->OnBackgroundColor(stranger); }), unchanged);
+  EXPECT_NE(FirstChange(engine_, [&] { engine_->SetBackgroundColor(stranger); }), unchanged);
+  EXPECT_NE(FirstChange(engine_, [&] { engine_->InitializeShapeViewObserver(); }), unchanged);  // those of view 0 again
+  EXPECT_NE(FirstChange(engine_,
+                        [&] {
+                          view_->SetBackgroundColors({1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 1});
+                        }),
+            unchanged);
+  EXPECT_EQ(FirstChange(engine_, [&] { engine_->SetBackgroundColor(stranger); }), unchanged);  // the same colours
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <du/LocalizableString.h>
+#include <du/Localizer.h>
 #include <du/Tracer.h>
 #include <zrannotations/Inset.h>
 #include <zrk/AnnoSetTable.h>

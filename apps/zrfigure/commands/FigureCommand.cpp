@@ -161,7 +161,7 @@ RunResult FigureRun::CreateCallouts(const Picture& picture) {
   HostProcess process(options_.language);
   std::string error;
   if (!process.LoadComponent(error)) throw CommandFailure{error};
-  HostSession session(tree_, text_);
+  HostSession session(tree_, options_.direction, text_);
   if (!session.HasEngine()) throw CommandFailure{"the callouts component made no engine"};
   session.SetTemplate(definition_, options_.language);
   session.SetMode(options_.mode);

@@ -33,26 +33,6 @@ std::string LabelOf(const Model& model, const PlannedRow& row, const TemplateDef
   return label;
 }
 
-/// What the boxes of the parts cover, by their corners: the extent that labels keep clear of.
-Box2 CornerBox(const OccurrenceTree& tree, const View& view) {
-  const Model& model = tree.GetModel();
-  std::vector<Box3> boxes(model.products.size());
-  for (std::size_t i = 0; i < boxes.size(); ++i) {
-    for (const auto& position : model.products[i].mesh.positions) boxes[i].Add(ToVec3(position));
-  }
-  Box2 extent;
-  for (int leaf : tree.Leaves()) {
-    const Box3& box = boxes[model.occurrences[leaf].product];
-    for (unsigned corner = 0; corner < 8; ++corner) {
-      const Vec3 at{corner & 1 ? box.max.x : box.min.x, corner & 2 ? box.max.y : box.min.y,
-                    corner & 4 ? box.max.z : box.min.z};
-      const Vec3 pixel = view.ToPixel(TransformPoint(model.occurrences[leaf].toWorld, at));
-      extent.Add({pixel.x, pixel.y});
-    }
-  }
-  return extent;
-}
-
 Box2 InnerBox(const Box2& room, const LabelStock& labels, int rings) {
   const double x = std::min(kClearancePx + rings * (labels.width + kLabelGapPx), room.Width() * kMostOfRoom);
   const double y = std::min(kClearancePx + rings * (labels.height + kLabelGapPx), room.Height() * kMostOfRoom);
@@ -89,7 +69,7 @@ LabelStock EstimateLabels(const Model& model, const std::vector<PlannedRow>& row
 View PlanView(const OccurrenceTree& tree, const ViewDirection& direction, const Page& page, const Box2& room,
               const LabelStock& labels) {
   View view = FitView(tree.GetModel(), tree.Leaves(), direction, room, {page.WidthPx(), page.HeightPx()});
-  const Box2 extent = CornerBox(tree, view);
+  const Box2 extent = ProjectedBox(tree.GetModel(), tree.Leaves(), view);
   double scale = 0;
   for (int rings = 1; rings <= kMaxRings; ++rings) {
     scale = FitScale(extent, InnerBox(room, labels, rings));

@@ -44,6 +44,7 @@ using zrk::illustration::ItemsList;
 using zrk::illustration::SbomInstanceSelectionItem;
 
 constexpr int kPollMilliseconds = 1000;
+constexpr double kLabelAirPx = 8;  ///< Added to a balloon's size so that two never seem to touch.
 
 Vec3 ToVec3(const dg::DPoint3D& point) {
   return {point.x, point.y, point.z};
@@ -75,7 +76,7 @@ public:
       const std::lock_guard<std::mutex> lock(mutex_);
       if (!firstAsked_) firstAsked_ = Clock::now();
       const BalloonSize size = SizeBalloon(SplitLines(callout.GetText(true).GetString()), text);
-      return dg::DVec2(size.width, size.height);
+      return dg::DVec2(size.width + kLabelAirPx, size.height + kLabelAirPx);
     });
   }
   ~LabelSizes() { zrannotations::LabelMeasure::Set({}); }
@@ -96,12 +97,12 @@ private:
   std::optional<Clock::time_point> firstAsked_;
 };
 
-HostSession::HostSession(const OccurrenceTree& occurrences, const TextMeasure& text)
+HostSession::HostSession(const OccurrenceTree& occurrences, const ViewDirection& direction, const TextMeasure& text)
     : occurrences_(occurrences),
       scene_(zrk::MakeObject<zrk::illustration::Illustration3dScene>()),
       view_(zrk::MakeObject<zrk::illustration::Illustration3dView>()),
       itemList_(zritemlist::ItemList::CreateItemListForScene(scene_)),
-      structure_(occurrences, scene_),
+      structure_(occurrences, direction, scene_),
       labelSizes_(std::make_unique<LabelSizes>(text)) {
   view_->SetPrintPreview(zrk::MakeObject<zrk::illustration::Illu3dPagePreview>());
   view_->SetPageShown(true);

@@ -71,7 +71,8 @@ struct RunSeconds {
 class HostSession {
 public:
   /// \param text measures labels during runs; must outlive the session, and nobody else may use it during a run.
-  HostSession(const OccurrenceTree& occurrences, const TextMeasure& text);
+  /// \param direction of the views to come; shapes' boxes are made for it.
+  HostSession(const OccurrenceTree& occurrences, const ViewDirection& direction, const TextMeasure& text);
   ~HostSession();
   HostSession(const HostSession&) = delete;
   HostSession& operator=(const HostSession&) = delete;

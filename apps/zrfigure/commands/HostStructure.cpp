@@ -1,5 +1,6 @@
 #include "commands/HostStructure.h"
 
+#include <dg/DBox.h>
 #include <dg/Location.h>
 #include <zrk/ComponentNode.h>
 #include <zrk/Instance.h>
@@ -13,21 +14,27 @@
 namespace zrfigure {
 namespace {
 
-dg::DBox LocalBox(const Mesh& mesh) {
-  dg::DBox box;
-  for (const auto& position : mesh.positions) box.Extend(dg::DPoint3D(position[0], position[1], position[2]));
-  return box;
+/// Axes of the viewer as a rotation: x right, y up, z toward the viewer.
+dg::FMat33 FrameOf(const ViewDirection& direction) {
+  dg::FMat33 frame;
+  const Vec3 axes[] = {Cross(direction.up, direction.toViewer), direction.up, direction.toViewer};
+  for (int row = 0; row < 3; ++row) {
+    frame.m[row][0] = static_cast<float>(axes[row].x);
+    frame.m[row][1] = static_cast<float>(axes[row].y);
+    frame.m[row][2] = static_cast<float>(axes[row].z);
+  }
+  return frame;
 }
 
-dg::Location ToLocation(const Placement& placement) {
-  dg::FMat33 linear;
-  for (int row = 0; row < 3; ++row) {
-    for (int column = 0; column < 3; ++column) {
-      linear.m[row][column] = static_cast<float>(placement.linear[row][column]);
-    }
+/// Box of a placed mesh along the viewer's axes, relative to the placement's origin.
+dg::DBox BoxInFrame(const Mesh& mesh, const Placement& placement, const ViewDirection& direction) {
+  const Vec3 right = Cross(direction.up, direction.toViewer);
+  dg::DBox box;
+  for (const auto& position : mesh.positions) {
+    const Vec3 at = TransformVector(placement, ToVec3(position));
+    box.Extend(dg::DPoint3D(Dot(at, right), Dot(at, direction.up), Dot(at, direction.toViewer)));
   }
-  const Vec3& at = placement.translation;
-  return {linear, dg::DPoint3D(at.x, at.y, at.z)};
+  return box;
 }
 
 int Find(const std::map<const void*, int>& table, const void* object) {
@@ -37,19 +44,18 @@ int Find(const std::map<const void*, int>& table, const void* object) {
 
 }  // namespace
 
-HostStructure::HostStructure(const OccurrenceTree& occurrences,
+HostStructure::HostStructure(const OccurrenceTree& occurrences, const ViewDirection& direction,
                              const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene)
     : occurrences_(occurrences), tree_(zrk::MakeObject<zrk::illustration::SbomTree>()) {
   const Model& model = occurrences.GetModel();
   for (const Product& product : model.products) {
     nodes_.push_back(zrk::MakeObject<zrk::ComponentNode>(product.name));
     shapes_.push_back(zrk::MakeObject<zrk::Shape>(product.name));
-    boxes_.push_back(LocalBox(product.mesh));
   }
   tree_->BeginUpdate();
   for (std::size_t i = 0; i < model.occurrences.size(); ++i) {
     AddOccurrence(static_cast<int>(i));
-    AddShape(static_cast<int>(i), scene);
+    AddShape(static_cast<int>(i), direction, scene);
   }
   for (std::size_t i = 0; i < model.occurrences.size(); ++i) {
     sbomInstances_[i]->SetWeld(occurrences.IsWeld(static_cast<int>(i)));
@@ -74,11 +80,15 @@ void HostStructure::AddOccurrence(int occurrence) {
   SetProperties(occurrence);
 }
 
-void HostStructure::AddShape(int occurrence, const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene) {
+void HostStructure::AddShape(int occurrence, const ViewDirection& direction,
+                             const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene) {
   const Occurrence& entry = occurrences_.GetModel().occurrences[occurrence];
-  if (occurrences_.ProductOf(occurrence).mesh.triangles.empty()) return;
+  const Mesh& mesh = occurrences_.ProductOf(occurrence).mesh;
+  if (mesh.triangles.empty()) return;
+  const Vec3& at = entry.toWorld.translation;
+  const dg::Location location(FrameOf(direction), dg::DPoint3D(at.x, at.y, at.z));
   auto shape = zrk::MakeObject<zrk::ShapeInstance>(instances_[occurrence], shapes_[entry.product],
-                                                   boxes_[entry.product], ToLocation(entry.toWorld));
+                                                   BoxInFrame(mesh, entry.toWorld, direction), location);
   occurrenceOfShape_[shape.Get()] = occurrence;
   scene->AddShapeInstance(shape);
 }

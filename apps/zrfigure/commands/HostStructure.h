@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include <dg/DBox.h>
 #include <du/SmartPtr.h>
 
 #include "commands/OccurrenceTree.h"
+#include "visibility/View.h"
 
 namespace zrk {
 class ComponentNode;
@@ -29,7 +29,8 @@ namespace zrfigure {
 /// group, and its `name`.
 class HostStructure {
 public:
-  HostStructure(const OccurrenceTree& occurrences, const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene);
+  HostStructure(const OccurrenceTree& occurrences, const ViewDirection& direction,
+                const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene);
   ~HostStructure();
   HostStructure(const HostStructure&) = delete;
   HostStructure& operator=(const HostStructure&) = delete;
@@ -44,14 +45,14 @@ public:
 
 private:
   void AddOccurrence(int occurrence);
-  void AddShape(int occurrence, const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene);
+  void AddShape(int occurrence, const ViewDirection& direction,
+                const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene);
   void SetProperties(int occurrence);
 
   const OccurrenceTree& occurrences_;
   du::SmartPtr<zrk::illustration::SbomTree> tree_;
   std::vector<du::SmartPtr<zrk::ComponentNode>> nodes_;                       ///< By product.
   std::vector<du::SmartPtr<zrk::Shape>> shapes_;                              ///< By product.
-  std::vector<dg::DBox> boxes_;                                               ///< By product, in part coordinates.
   std::vector<du::SmartPtr<zrk::Instance>> instances_;                        ///< By occurrence.
   std::vector<du::SmartPtr<zrk::illustration::SbomInstance>> sbomInstances_;  ///< By occurrence.
   std::map<const void*, int> occurrenceOfSbomInstance_;

@@ -35,6 +35,8 @@ using Context = std::unique_ptr<cairo_t, ContextRelease>;
 
 bool Fail(std::string& error, const std::string& what) {
   error = "cannot render the figure: " + what;
+  while (!error.empty() && error.back() == '\n') error.pop_back();
+  std::ranges::replace(error, '\n', ' ');
   return false;
 }
 

@@ -65,8 +65,9 @@ void MeshLines::CollectEdges() {
 }
 
 std::pair<std::size_t, std::size_t> MeshLines::FindEdge(std::uint64_t key) const {
-  const auto range = std::ranges::equal_range(edges_, key, {}, &MeshEdge::key);
-  return {static_cast<std::size_t>(range.begin() - edges_.begin()), range.size()};
+  const auto first = std::ranges::lower_bound(edges_, key, {}, &MeshEdge::key);
+  const auto last = std::ranges::upper_bound(edges_, key, {}, &MeshEdge::key);
+  return {static_cast<std::size_t>(first - edges_.begin()), static_cast<std::size_t>(last - first)};
 }
 
 LineSegment MeshLines::SegmentOfEdge(std::size_t first, std::size_t count) const {

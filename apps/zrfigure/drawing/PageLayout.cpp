@@ -5,8 +5,9 @@
 namespace zrfigure {
 namespace {
 
-constexpr double kRowHeight = 2.0;     // In cap heights.
-constexpr double kMostOfPage = 0.4;    // What a table may take from the drawing.
+constexpr double kRowHeight = 2.0;   // In cap heights.
+constexpr double kMostOfPage = 0.4;  // What a table may take from the drawing.
+constexpr double kRounding = 1e-6;
 constexpr double kGap = 5 * kPxPerMm;  // Between drawing and table.
 
 std::size_t RowsThatFit(const PartsTable& table, double height) {
@@ -64,7 +65,7 @@ void MeasureTable(PartsTable& table, const TextMeasure& text, double maxWidth) {
   }
   // Take what is too much from the widest text column, again and again: they end up equally wide.
   const double least = 4 * text.CapHeight();
-  for (int round = 0; round < 200 && table.Width() > maxWidth; ++round) {
+  while (table.Width() > maxWidth + kRounding) {
     const std::size_t widest = WidestFlexibleColumn(table);
     if (widest == table.columns.size() || table.columns[widest].width <= least) break;
     const double excess = table.Width() - maxWidth;

@@ -60,12 +60,13 @@ public:
 private:
   [[nodiscard]] std::size_t Next(const Step& step) const {
     const std::tuple end(step.id, step.y + kStepY[step.direction], step.x + kStepX[step.direction]);
-    const auto range = std::ranges::equal_range(steps_, end, {}, StartOf);
+    const auto first = std::ranges::lower_bound(steps_, end, {}, StartOf);
     const int right = (step.direction + 1) % 4;
-    for (auto candidate = range.begin(); candidate != range.end(); ++candidate) {
-      if (candidate->direction == right) return static_cast<std::size_t>(candidate - steps_.begin());
+    auto chosen = first;
+    for (auto other = first; other != steps_.end() && StartOf(*other) == end; ++other) {
+      if (other->direction == right) chosen = other;
     }
-    return static_cast<std::size_t>(range.begin() - steps_.begin());
+    return static_cast<std::size_t>(chosen - steps_.begin());
   }
 
   const std::vector<Step>& steps_;

@@ -239,14 +239,16 @@ public:
   /// Puts the aspects back whose CalloutSnapshot bits are set in `aspects`, and notifies once.
   virtual void RestoreSnapshot(const CalloutSnapshot& snapshot, std::int32_t aspects);
 
-protected:
   using LeaderVector = std::vector<du::SmartPtr<CalloutLeader>>;
+  /// Replaces all leaders, in position order.
+  void SetLeaders(const LeaderVector& leaders);
+
+protected:
   using ParentLink = std::shared_ptr<zrk::BackLink<CombinedCallout>>;
   friend class CombinedCallout;
 
   /// Every leader that follows the scene through this callout: its own, then those of members.
   [[nodiscard]] virtual LeaderVector GetFollowingLeaders() const;
-  void SetLeaders(const LeaderVector& leaders);
   void SetParentLink(const ParentLink& link);
   [[nodiscard]] SceneLink GetSceneLink() const override;
 

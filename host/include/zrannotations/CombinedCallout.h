@@ -52,7 +52,6 @@ public:
 
 protected:
   [[nodiscard]] LeaderVector GetFollowingLeaders() const override;
-  void OnEnteredSet() override;
 
 private:
   using MemberVector = std::vector<du::SmartPtr<Callout>>;

@@ -25,6 +25,8 @@ public:
   static bool Undo(const du::SmartPtr<Scene>& scene);
   /// Makes the operation undone last again. False as for Undo.
   static bool Redo(const du::SmartPtr<Scene>& scene);
+  /// Whether this thread is just undoing or redoing an operation of the scene.
+  [[nodiscard]] static bool IsRunning(const du::SmartPtr<Scene>& scene);
   static void Clear(const du::SmartPtr<Scene>& scene);
   /// Clears the histories of all scenes.
   static void Clear();

@@ -133,10 +133,6 @@ Callout::LeaderVector CombinedCallout::GetFollowingLeaders() const {
   return leaders;
 }
 
-void CombinedCallout::OnEnteredSet() {
-  ReattachChildren();
-}
-
 CombinedCallout::MemberVector CombinedCallout::GetMembers() const {
   const dp::MutexGuard guard(membersMutex_);
   return members_;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <du/Symbol.h>
+#include <zrk/CurrentOperation.h>
 #include <zrk/MakeObject.h>
 #include <zrk/Operation.h>
 #include <zrk/Scene.h>
@@ -116,6 +117,7 @@ void ItemList::GetItemLabel(unsigned itemId, std::string& label, bool& flag) con
 
 unsigned ItemList::AddInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
                                const du::SmartPtr<zrk::Operation>& operation, bool flag, const std::string& text) {
+  const zrk::CurrentOperation current(operation);
   const auto change = items_->AddInstance(instance, flag, text);
   if (change.changed && operation) {
     operation->AddStep(zrk::MakeObject<ItemInstanceOperationStep>(items_, instance, change));
@@ -124,6 +126,7 @@ unsigned ItemList::AddInstance(const du::SmartPtr<zrk::illustration::SbomInstanc
 }
 
 void ItemList::DeleteItem(unsigned itemId, const du::SmartPtr<zrk::Operation>& operation) {
+  const zrk::CurrentOperation current(operation);
   zrk::illustration::ItemRow row;
   if (!items_->TakeRow(itemId, row) || !operation) return;
   operation->AddStep(zrk::MakeObject<ItemRemovalOperationStep>(items_, std::vector{row}));

@@ -162,6 +162,14 @@ bool UndoHistory::Redo(const du::SmartPtr<Scene>& scene) {
   return true;
 }
 
+bool UndoHistory::IsRunning(const du::SmartPtr<Scene>& scene) {
+  Histories& histories = GetHistories();
+  const dp::MutexGuard guard(histories.mutex);
+  const auto found = histories.byScene.find(scene.Get());
+  return found != histories.byScene.end() && found->second.isRunning &&
+         found->second.runningThread == std::this_thread::get_id();
+}
+
 void UndoHistory::Clear(const du::SmartPtr<Scene>& scene) {
   // Declared before the guard: what is cleared dies after the lock is free again.
   SceneHistory released;

@@ -50,7 +50,6 @@ bool Tally::IsClean() const {
 }
 
 bool Tally::IsBetterThan(const Tally& other) const {
-  constexpr double kBendCost = 30.0 * kUnitsPerPixel, kObstacleCost = 1500.0 * kUnitsPerPixel;
   const auto key = [&](const Tally& t) {
     return std::make_tuple(t.unplaced, t.labelOverlaps + t.labelsOverObstacle + t.labelsOutsidePage,
                            t.crossings + t.leadersThroughLabels, t.labelsOverModel,

@@ -6,6 +6,10 @@
 
 namespace zrcallouts::placement {
 
+/// What a bend and a leader over an obstacle are worth in leader length, in raster units.
+constexpr double kBendCost = 30.0 * kUnitsPerPixel;
+constexpr double kObstacleCost = 1500.0 * kUnitsPerPixel;
+
 /// What a placement breaks and what it costs. Counts as in PlacementResult; lengths in raster units.
 struct Tally {
   int crossings = 0, labelOverlaps = 0, leadersThroughLabels = 0, labelsOverModel = 0, labelsOutsidePage = 0;

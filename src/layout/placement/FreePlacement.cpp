@@ -1,11 +1,15 @@
-// Candidate positions lie on a raster over the page whose pitch grows with the page, so that the number of tests is
-// bounded. A candidate is free when it overlaps no placed label and no obstacle, which a grid index answers; of the
-// free ones the label takes the one with the shortest leaders, at first outside the model's clearance, then anywhere.
+// Candidate positions lie on a raster over the page that gets coarser with the number of labels, so that the number of
+// tests is bounded. They are tried in the order of their distance, and grid indexes answer what stands near: a position
+// must be free of labels and obstacles; of the free ones the first without conflicts is taken, else the one with
+// fewest.
 #include "layout/placement/FreePlacement.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <tuple>
 
+#include "layout/placement/Audit.h"
 #include "layout/placement/GridIndex.h"
 
 namespace zrcallouts::placement {
@@ -14,53 +18,127 @@ namespace {
 
 class FreeSpace {
 public:
-  FreeSpace(const Scene& scene, const SpotList& spots)
-      : scene_(scene), index_(scene.page, spots.size() + scene.obstacles.size()) {
-    for (const FixedBox& obstacle : scene.obstacles) Add(obstacle);
-    for (const LabelSpot& spot : spots)
-      if (spot.placed) Add(spot.box);
-  }
+  FreeSpace(const Scene& scene, SpotList& spots, std::size_t waiting);
 
-  void Add(const FixedBox& box) {
-    index_.InsertBox(static_cast<std::uint32_t>(boxes_.size()), box);
-    boxes_.push_back(box);
-  }
-
-  [[nodiscard]] bool Find(const Item& item, bool offModel, LabelSpot& found) const;
+  /// Puts item i where it fits best; false where nothing is free.
+  bool Place(std::size_t i, bool offModel);
 
 private:
-  [[nodiscard]] bool IsFree(const FixedBox& box) const {
-    near_.clear();
-    index_.StartQuery();
-    index_.CollectNearBox(box, near_);
-    return std::none_of(near_.begin(), near_.end(), [&](std::uint32_t i) { return BoxesOverlap(boxes_[i], box); });
-  }
+  struct Candidate {
+    double distance;
+    FixedBox box;
+  };
+
+  void AddLabel(std::size_t i);
+  [[nodiscard]] std::vector<Candidate> Candidates(const Item& item, bool offModel) const;
+  [[nodiscard]] bool IsFree(const FixedBox& box) const;
+  [[nodiscard]] int Conflicts(std::size_t i, const LabelSpot& spot) const;
 
   const Scene& scene_;
-  GridIndex index_;
-  std::vector<FixedBox> boxes_;
+  SpotList& spots_;
+  GridIndex obstacles_, labels_, leaders_, anchors_;
+  Coord stepsAcross_ = 0;
   mutable std::vector<std::uint32_t> near_;
 };
 
-bool FreeSpace::Find(const Item& item, bool offModel, LabelSpot& found) const {
-  constexpr Coord kStepsAcross = 160;
+FreeSpace::FreeSpace(const Scene& scene, SpotList& spots, std::size_t waiting)
+    : scene_(scene),
+      spots_(spots),
+      obstacles_(scene.page, scene.obstacles.size()),
+      labels_(scene.page, spots.size()),
+      leaders_(scene.page, spots.size()),
+      anchors_(scene.page, spots.size()) {
+  constexpr double kTests = 2.0e6, kFinest = 128, kCoarsest = 12;
+  stepsAcross_ = static_cast<Coord>(
+      std::clamp(std::sqrt(kTests / static_cast<double>(std::max<std::size_t>(1, waiting))), kCoarsest, kFinest));
+  for (std::uint32_t k = 0; k < scene.obstacles.size(); ++k) obstacles_.InsertBox(k, scene.obstacles[k]);
+  for (std::uint32_t i = 0; i < spots.size(); ++i) {
+    for (const FixedPoint anchor : scene.items[i].anchors) anchors_.InsertSegment(i, anchor, anchor);
+    if (spots[i].placed) AddLabel(i);
+  }
+}
+
+void FreeSpace::AddLabel(std::size_t i) {
+  const auto id = static_cast<std::uint32_t>(i);
+  labels_.InsertBox(id, spots_[i].box);
+  ForEachSegment(scene_.items[i], spots_[i], [&](FixedPoint a, FixedPoint b) { leaders_.InsertSegment(id, a, b); });
+}
+
+bool FreeSpace::IsFree(const FixedBox& box) const {
+  const auto nearBox = [&](const GridIndex& index) -> const std::vector<std::uint32_t>& {
+    near_.clear();
+    index.StartQuery();
+    index.CollectNearBox(box, near_);
+    return near_;
+  };
+  for (const std::uint32_t j : nearBox(labels_))
+    if (BoxesOverlap(spots_[j].box, box)) return false;
+  for (const std::uint32_t k : nearBox(obstacles_))
+    if (BoxesOverlap(scene_.obstacles[k], box)) return false;
+  return true;
+}
+
+/// Leaders and labels that the item would get in the way of on this spot, and foreign anchors that it would cover.
+int FreeSpace::Conflicts(std::size_t i, const LabelSpot& spot) const {
+  const Item& item = scene_.items[i];
+  int count = 0;
+  const auto nearLeaders = [&](const GridIndex& index) -> const std::vector<std::uint32_t>& {
+    near_.clear();
+    index.StartQuery();
+    ForEachSegment(item, spot, [&](FixedPoint a, FixedPoint b) { index.CollectNearSegment(a, b, near_); });
+    return near_;
+  };
+  const auto nearBox = [&](const GridIndex& index) -> const std::vector<std::uint32_t>& {
+    near_.clear();
+    index.StartQuery();
+    index.CollectNearBox(spot.box, near_);
+    return near_;
+  };
+  for (const std::uint32_t j : nearLeaders(leaders_)) count += LeadersMeet(item, spot, scene_.items[j], spots_[j]);
+  for (const std::uint32_t j : nearLeaders(labels_)) count += LeaderEntersBox(item, spot, spots_[j].box);
+  for (const std::uint32_t k : nearLeaders(obstacles_)) count += LeaderEntersBox(item, spot, scene_.obstacles[k]);
+  for (const std::uint32_t j : nearBox(leaders_)) count += LeaderEntersBox(scene_.items[j], spots_[j], spot.box);
+  for (const std::uint32_t j : nearBox(anchors_))
+    for (const FixedPoint anchor : scene_.items[j].anchors) count += j != i && NearestInBox(anchor, spot.box) == anchor;
+  return count;
+}
+
+std::vector<FreeSpace::Candidate> FreeSpace::Candidates(const Item& item, bool offModel) const {
   const FixedBox& page = scene_.page;
-  const FixedBox keepOff = scene_.model.Grown(scene_.clearance);
-  const Coord stepX = std::max<Coord>(1, (page.Width() - item.width) / kStepsAcross);
-  const Coord stepY = std::max<Coord>(1, (page.Height() - item.height) / kStepsAcross);
-  double best = std::numeric_limits<double>::max();
+  const FixedBox keepOff = offModel ? scene_.model.Grown(scene_.clearance) : FixedBox{};
+  const Coord stepX = std::max<Coord>(1, (page.Width() - item.width) / stepsAcross_);
+  const Coord stepY = std::max<Coord>(1, (page.Height() - item.height) / stepsAcross_);
+  std::vector<Candidate> candidates;
   for (Coord y = page.top; y + item.height <= page.bottom; y += stepY) {
     for (Coord x = page.left; x + item.width <= page.right; x += stepX) {
       const FixedBox box{x, y, x + item.width, y + item.height};
-      if (offModel && BoxesOverlap(box, keepOff)) continue;
-      const FixedPoint attach = NearestInBox(item.focus, box);
-      const double length = Distance(item.focus, attach);
-      if (length >= best || !IsFree(box)) continue;
-      best = length;
-      found = {true, box, attach, attach};
+      if (!BoxesOverlap(box, keepOff)) candidates.push_back({Distance(item.focus, NearestInBox(item.focus, box)), box});
     }
   }
-  return best < std::numeric_limits<double>::max();
+  std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
+    return std::tie(a.distance, a.box) < std::tie(b.distance, b.box);
+  });
+  return candidates;
+}
+
+bool FreeSpace::Place(std::size_t i, bool offModel) {
+  const Item& item = scene_.items[i];
+  int fewest = std::numeric_limits<int>::max();
+  LabelSpot best;
+  for (const Candidate& candidate : Candidates(item, offModel)) {
+    if (!IsFree(candidate.box)) continue;
+    const FixedPoint attach = NearestInBox(item.focus, candidate.box);
+    const LabelSpot spot{true, candidate.box, attach, attach};
+    const int conflicts = Conflicts(i, spot);
+    if (conflicts >= fewest) continue;
+    fewest = conflicts;
+    best = spot;
+    if (conflicts == 0) break;
+  }
+  if (!best.placed) return false;
+  spots_[i] = best;
+  AddLabel(i);
+  return true;
 }
 
 }  // namespace
@@ -69,14 +147,13 @@ void PlaceFreely(const Scene& scene, SpotList& spots) {
   std::vector<std::size_t> waiting;
   for (std::size_t i = 0; i < spots.size(); ++i)
     if (!spots[i].placed) waiting.push_back(i);
+  if (waiting.empty()) return;
   std::stable_sort(waiting.begin(), waiting.end(), [&](std::size_t a, std::size_t b) {
     return scene.items[a].width * scene.items[a].height > scene.items[b].width * scene.items[b].height;
   });
-  FreeSpace space(scene, spots);
-  for (const std::size_t i : waiting) {
-    LabelSpot& spot = spots[i];
-    if (space.Find(scene.items[i], true, spot) || space.Find(scene.items[i], false, spot)) space.Add(spot.box);
-  }
+  FreeSpace space(scene, spots, waiting.size());
+  for (const std::size_t i : waiting)
+    if (!space.Place(i, true)) space.Place(i, false);
 }
 
 }  // namespace zrcallouts::placement

@@ -6,7 +6,8 @@
 namespace zrcallouts::placement {
 
 /// Places every item of `spots` that has no place yet at the free position nearest to its anchors: off the model while
-/// there is room, over it otherwise; biggest labels first. Where nothing is free the item stays without a place.
+/// there is room, over it otherwise; biggest labels first. Of the free positions one is taken that causes no crossing
+/// and covers no leader or anchor, or else few. Where nothing is free the item stays without a place.
 void PlaceFreely(const Scene& scene, SpotList& spots);
 
 }  // namespace zrcallouts::placement

@@ -1,13 +1,14 @@
 // Simulated annealing (Kirkpatrick, Gelatt, Vecchi: Optimization by simulated annealing, 1983) over exchanges of two
-// seats and moves to free seats, with the sum of leader lengths and a fixed price for each crossing as energy. An
-// exchange is drawn among seats that are near each other along the frame, since far ones are hardly ever taken. Only
-// what the movers cross is counted anew: segments of all leaders stand in one flat list. Random numbers come from a
-// generator of its own with a fixed seed, so that equal requests get equal results everywhere. Cost: the number of
-// steps times the number of leaders.
+// seats and moves to free seats. The energy is the sum of leader lengths and a price for each pair of labels whose
+// leaders cross. Exchanges are drawn among seats near each other round the frame, since far ones are hardly ever taken.
+// A trial counts what the movers would cross on their new seats; what they cross now is known. Random numbers come from
+// a generator of its own with a fixed seed, so that equal requests get equal results everywhere. Cost: the number of
+// trials times the number of leaders.
 #include "layout/placement/LocalSearch.h"
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "layout/placement/Audit.h"
 
@@ -16,8 +17,9 @@ namespace zrcallouts::placement {
 namespace {
 
 constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+constexpr double kCrossingCost = 400.0 * kUnitsPerPixel;
 
-/// xorshift64* (Marsaglia 2003; Vigna 2016).
+/// xorshift64* (Vigna: An experimental exploration of Marsaglia's xorshift generators, scrambled, 2016).
 class Random {
 public:
   std::uint64_t Next() {
@@ -33,120 +35,160 @@ private:
   std::uint64_t state_ = 0x9E3779B97F4A7C15ULL;
 };
 
+/// A piece of a leader with its bounds, which settle most questions.
+struct Piece {
+  FixedPoint a, b;
+  FixedBox bounds;
+
+  Piece(FixedPoint from, FixedPoint to)
+      : a(from), b(to), bounds{std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)} {}
+
+  [[nodiscard]] bool Meets(const Piece& other) const {
+    return bounds.left <= other.bounds.right && other.bounds.left <= bounds.right &&
+           bounds.top <= other.bounds.bottom && other.bounds.top <= bounds.bottom &&
+           LeaderSegmentsMeet(a, b, other.a, other.b);
+  }
+};
+
+using Pieces = std::vector<Piece>;
+
+bool AnyMeet(const Pieces& one, const Pieces& other) {
+  for (const Piece& p : one)
+    for (const Piece& q : other)
+      if (p.Meets(q)) return true;
+  return false;
+}
+
+/// Position round the frame: sides one after the other, clockwise.
+std::pair<std::size_t, Coord> Around(const Seat& seat) {
+  const FixedPoint port = seat.spot.port;
+  const Coord along = kSides[seat.side] == Side::Top || kSides[seat.side] == Side::Bottom ? port.x : port.y;
+  return {seat.side, seat.side < 2 ? along : -along};
+}
+
 class Annealing {
 public:
   Annealing(const Scene& scene, Seating& seating);
 
-  void Run(std::size_t steps);
+  void Run(std::size_t steps, double daring);
 
 private:
-  struct Segment {
-    FixedPoint a, b;
-    std::size_t owner;
-  };
   struct Place {
     Seat seat;
     std::size_t sitter;  ///< Index into seating_.items or kNobody.
   };
+  /// A sitter on a place that it may get.
+  struct Trial {
+    std::size_t sitter = kNobody, place = 0;
+    Pieces pieces;
+    double length = 0;
+    std::vector<bool> meets;  ///< By sitter.
+    int crossings = 0;
+  };
 
   [[nodiscard]] const Item& ItemOf(std::size_t k) const { return scene_.items[seating_.items[k]]; }
-  void Settle(std::size_t k, std::size_t place);
-  [[nodiscard]] int Crossings(std::size_t k, const LabelSpot& spot, std::size_t skipped) const;
-  [[nodiscard]] double Energy(std::size_t k, const LabelSpot& spot, std::size_t skipped) const;
+  void Prepare(std::size_t sitter, std::size_t place, Trial& trial) const;
+  void CountCrossings(Trial& trial, std::size_t skipped) const;
   void TryExchange(std::size_t from, std::size_t to);
+  void Leave(std::size_t sitter);
+  void Settle(const Trial& trial);
   void Remember();
+  void GiveBack();
 
   const Scene& scene_;
   Seating& seating_;
   Random random_;
   std::vector<Place> places_;         ///< In order round the frame.
-  std::vector<std::size_t> placeOf_;  ///< Of each sitter.
-  SpotList spots_;
-  std::vector<std::vector<Segment>> segments_;
+  std::vector<std::size_t> placeOf_;  ///< By sitter, as all below.
+  std::vector<Pieces> pieces_;
+  std::vector<double> length_;
+  std::vector<int> crossings_;
+  Trial first_, second_;
   double temperature_ = 0, energy_ = 0, bestEnergy_ = 0;
   std::vector<std::size_t> bestPlaceOf_;
 };
 
-constexpr double kCrossingCost = 400.0 * kUnitsPerPixel;
-
-/// Position round the frame: sides one after the other, clockwise.
-std::pair<int, Coord> Around(const Seat& seat) {
-  const FixedPoint port = seat.spot.port;
-  switch (kSides[seat.side]) {
-    case Side::Top:
-      return {0, port.x};
-    case Side::Right:
-      return {1, port.y};
-    case Side::Bottom:
-      return {2, -port.x};
-    case Side::Left:
-      return {3, -port.y};
-  }
-  return {};
-}
-
 Annealing::Annealing(const Scene& scene, Seating& seating) : scene_(scene), seating_(seating) {
-  for (std::size_t k = 0; k < seating.seats.size(); ++k) places_.push_back({seating.seats[k], k});
+  const std::size_t count = seating.seats.size();
+  for (std::size_t k = 0; k < count; ++k) places_.push_back({seating.seats[k], k});
   for (const Seat& seat : seating.free) places_.push_back({seat, kNobody});
-  std::sort(places_.begin(), places_.end(),
-            [](const Place& a, const Place& b) { return Around(a.seat) < Around(b.seat); });
-  placeOf_.resize(seating.seats.size());
-  spots_.resize(seating.seats.size());
-  segments_.resize(seating.seats.size());
-  for (std::size_t place = 0; place < places_.size(); ++place)
-    if (places_[place].sitter != kNobody) Settle(places_[place].sitter, place);
-  double crossings = 0, length = 0;
-  for (std::size_t k = 0; k < spots_.size(); ++k) {
-    crossings += Crossings(k, spots_[k], kNobody);
-    length += LeaderLength(ItemOf(k), spots_[k]);
+  std::sort(places_.begin(), places_.end(), [](const Place& a, const Place& b) {
+    return std::make_tuple(Around(a.seat), a.sitter) < std::make_tuple(Around(b.seat), b.sitter);
+  });
+  placeOf_.resize(count);
+  pieces_.resize(count);
+  length_.resize(count);
+  crossings_.resize(count);
+  for (std::size_t place = 0; place < places_.size(); ++place) {
+    if (places_[place].sitter == kNobody) continue;
+    Prepare(places_[place].sitter, place, first_);
+    CountCrossings(first_, kNobody);
+    energy_ += first_.length + kCrossingCost * first_.crossings;
+    Settle(first_);
   }
-  energy_ = crossings / 2 * kCrossingCost + length;
   Remember();
 }
 
-void Annealing::Settle(std::size_t k, std::size_t place) {
-  places_[place].sitter = k;
-  placeOf_[k] = place;
-  spots_[k] = SpotOn(ItemOf(k), places_[place].seat, seating_.frame);
-  segments_[k].clear();
-  ForEachSegment(ItemOf(k), spots_[k], [&](FixedPoint a, FixedPoint b) { segments_[k].push_back({a, b, k}); });
+void Annealing::Prepare(std::size_t sitter, std::size_t place, Trial& trial) const {
+  trial.sitter = sitter;
+  trial.place = place;
+  trial.pieces.clear();
+  const LabelSpot spot = SpotOn(ItemOf(sitter), places_[place].seat, seating_.frame);
+  trial.length = LeaderLength(ItemOf(sitter), spot);
+  ForEachSegment(ItemOf(sitter), spot, [&](FixedPoint a, FixedPoint b) { trial.pieces.emplace_back(a, b); });
 }
 
-int Annealing::Crossings(std::size_t k, const LabelSpot& spot, std::size_t skipped) const {
-  int count = 0;
-  for (std::size_t other = 0; other < segments_.size(); ++other) {
-    if (other == k || other == skipped) continue;
-    bool meet = false;
-    ForEachSegment(ItemOf(k), spot, [&](FixedPoint a, FixedPoint b) {
-      for (const Segment& s : segments_[other]) meet = meet || LeaderSegmentsMeet(a, b, s.a, s.b);
-    });
-    count += meet;
+/// Whom the trial would cross, apart from itself and `skipped`.
+void Annealing::CountCrossings(Trial& trial, std::size_t skipped) const {
+  trial.meets.assign(pieces_.size(), false);
+  trial.crossings = 0;
+  for (std::size_t other = 0; other < pieces_.size(); ++other) {
+    if (other == trial.sitter || other == skipped || !AnyMeet(trial.pieces, pieces_[other])) continue;
+    trial.meets[other] = true;
+    ++trial.crossings;
   }
-  return count;
 }
 
-double Annealing::Energy(std::size_t k, const LabelSpot& spot, std::size_t skipped) const {
-  return kCrossingCost * Crossings(k, spot, skipped) + LeaderLength(ItemOf(k), spot);
+void Annealing::Leave(std::size_t sitter) {
+  for (std::size_t other = 0; other < pieces_.size(); ++other)
+    if (other != sitter && crossings_[other] > 0 && AnyMeet(pieces_[sitter], pieces_[other])) --crossings_[other];
+  pieces_[sitter].clear();
+}
+
+void Annealing::Settle(const Trial& trial) {
+  places_[trial.place].sitter = trial.sitter;
+  placeOf_[trial.sitter] = trial.place;
+  pieces_[trial.sitter] = trial.pieces;
+  length_[trial.sitter] = trial.length;
+  crossings_[trial.sitter] = trial.crossings;
+  for (std::size_t other = 0; other < pieces_.size(); ++other) crossings_[other] += trial.meets[other];
 }
 
 void Annealing::TryExchange(std::size_t from, std::size_t to) {
   const std::size_t a = places_[from].sitter, b = places_[to].sitter;
-  if (!Fits(ItemOf(a), places_[to].seat)) return;
-  const LabelSpot newA = SpotOn(ItemOf(a), places_[to].seat, seating_.frame);
-  double change = Energy(a, newA, b) - Energy(a, spots_[a], b);
+  if (!Fits(ItemOf(a), places_[to].seat) || (b != kNobody && !Fits(ItemOf(b), places_[from].seat))) return;
+  Prepare(a, to, first_);
+  CountCrossings(first_, b);
+  double change = first_.length - length_[a] + kCrossingCost * (first_.crossings - crossings_[a]);
   if (b != kNobody) {
-    if (!Fits(ItemOf(b), places_[from].seat)) return;
-    const LabelSpot newB = SpotOn(ItemOf(b), places_[from].seat, seating_.frame);
-    change += Energy(b, newB, a) - Energy(b, spots_[b], a);
-    change += kCrossingCost *
-              (LeadersMeet(ItemOf(a), newA, ItemOf(b), newB) - LeadersMeet(ItemOf(a), spots_[a], ItemOf(b), spots_[b]));
+    Prepare(b, from, second_);
+    CountCrossings(second_, a);
+    change += second_.length - length_[b] + kCrossingCost * (second_.crossings - crossings_[b]);
+    // What the two cross of each other counts once, before and after.
+    change += kCrossingCost * (AnyMeet(first_.pieces, second_.pieces) + AnyMeet(pieces_[a], pieces_[b]));
   }
   if (change > 0 && random_.Unit() >= std::exp(-change / temperature_)) return;
+  Leave(a);
   places_[from].sitter = kNobody;
-  Settle(a, to);
-  if (b != kNobody) Settle(b, from);
+  if (b != kNobody) Leave(b);
+  Settle(first_);
+  if (b != kNobody) {
+    second_.meets[a] = AnyMeet(first_.pieces, second_.pieces);
+    second_.crossings += second_.meets[a];
+    Settle(second_);
+  }
   energy_ += change;
-  if (energy_ < bestEnergy_ - 1e-3) Remember();
+  if (energy_ < bestEnergy_ - 1) Remember();
 }
 
 void Annealing::Remember() {
@@ -154,17 +196,7 @@ void Annealing::Remember() {
   bestPlaceOf_ = placeOf_;
 }
 
-void Annealing::Run(std::size_t steps) {
-  const double hot = kCrossingCost * atof(getenv("HOT") ? getenv("HOT") : "0.5"), cold = kCrossingCost * 0.01;
-  const std::size_t reach = std::min<std::size_t>(places_.size() / 2, 24);
-  for (std::size_t step = 0; step < steps; ++step) {
-    const double progress = static_cast<double>(step) / static_cast<double>(steps);
-    temperature_ = hot * std::pow(cold / hot, progress);
-    const std::size_t from = placeOf_[random_.Below(placeOf_.size())];
-    const std::size_t distance = 1 + random_.Below(reach);
-    const std::size_t to = (from + (random_.Below(2) == 0 ? distance : places_.size() - distance)) % places_.size();
-    TryExchange(from, to);
-  }
+void Annealing::GiveBack() {
   std::vector<bool> taken(places_.size(), false);
   for (std::size_t k = 0; k < bestPlaceOf_.size(); ++k) {
     seating_.seats[k] = places_[bestPlaceOf_[k]].seat;
@@ -175,11 +207,28 @@ void Annealing::Run(std::size_t steps) {
     if (!taken[place]) seating_.free.push_back(places_[place].seat);
 }
 
+void Annealing::Run(std::size_t steps, double daring) {
+  constexpr std::size_t kReach = 24;
+  constexpr double kCold = kCrossingCost / 100;
+  const double hot = std::max(kCold, kCrossingCost * daring);
+  const std::size_t reach = std::min(kReach, places_.size() - 1);
+  for (std::size_t step = 0; step < steps; ++step) {
+    temperature_ = hot * std::pow(kCold / hot, static_cast<double>(step) / static_cast<double>(steps));
+    const std::size_t sitter = random_.Below(placeOf_.size()), distance = 1 + random_.Below(reach);
+    const bool forward = random_.Below(2) == 0;
+    // Those that cross nothing move in one trial out of four only.
+    if (crossings_[sitter] == 0 && random_.Below(4) > 0) continue;
+    const std::size_t from = placeOf_[sitter];
+    TryExchange(from, (from + (forward ? distance : places_.size() - distance)) % places_.size());
+  }
+  GiveBack();
+}
+
 }  // namespace
 
-void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t budget) {
-  if (seating.seats.size() + seating.free.size() < 2) return;
-  Annealing(scene, seating).Run(budget);
+void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t steps, double daring) {
+  if (seating.seats.empty() || seating.seats.size() + seating.free.size() < 2) return;
+  Annealing(scene, seating).Run(steps, daring);
 }
 
 SpotList SpotsOf(const Scene& scene, const Seating& seating) {

@@ -15,9 +15,10 @@ struct Seating {
   std::vector<Seat> free;
 };
 
-/// Moves single items to free seats and exchanges pairs of items while that lowers the number of crossings, or the
-/// length of the leaders at the same number. Stops after `budget` comparisons of two labels' leaders.
-void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t budget);
+/// Exchanges the seats of pairs of items and moves items to free seats, so that fewer leaders cross and, at a lesser
+/// price, leaders stay short. Items only get seats they fit on. Takes `steps` trials; a `daring` of 1 leaves the way to
+/// the result open to detours, 0 takes improvements only. Never ends worse than it began.
+void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t steps, double daring);
 
 /// The spots of the seated items; the others have no place.
 [[nodiscard]] SpotList SpotsOf(const Scene& scene, const Seating& seating);

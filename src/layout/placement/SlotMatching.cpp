@@ -1,20 +1,18 @@
 #include "layout/placement/SlotMatching.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "layout/placement/Assignment.h"
 #include "layout/placement/Audit.h"
 #include "layout/placement/LocalSearch.h"
 #include "layout/placement/Relaxation.h"
+#include "layout/placement/RingPacker.h"
 
 namespace zrcallouts::placement {
 
 namespace {
 
-constexpr double kBendCost = 30.0 * kUnitsPerPixel;
-constexpr double kCostUnits = 256;  ///< Per raster unit, so that rounding seldom decides.
-constexpr double kObstacleCost = 1500.0 * kUnitsPerPixel;
+constexpr double kCostUnits = 256;  // Per raster unit, so that rounding to whole costs seldom decides.
 
 Item LargestItem(const Scene& scene) {
   Item largest;
@@ -28,33 +26,31 @@ Item LargestItem(const Scene& scene) {
 
 class Matcher {
 public:
-  Matcher(const Scene& scene, const RingPlan& plan) : scene_(scene), plan_(plan) {
-    seating_.frame = plan.frame;
-    seating_.free = MakeSlots(scene, plan);
-    for (std::size_t i = 0; i < scene.items.size(); ++i) {
-      if (scene.items[i].anchors.empty()) continue;
-      seating_.items.push_back(i);
-      severalLeaders_ |= scene.items[i].anchors.size() > 1;
-    }
-    for (const FixedBox& obstacle : scene.obstacles) obstaclesInside_ |= BoxesOverlap(obstacle, plan.frame);
-  }
+  Matcher(const Scene& scene, const RingPlan& plan, std::vector<Seat> slots);
 
-  [[nodiscard]] bool HasRoom() const { return seating_.free.size() >= seating_.items.size(); }
-  SpotList Run();
+  [[nodiscard]] SpotList Match();
+  [[nodiscard]] SpotList Untangle();
 
 private:
-  void Match();
+  void Assign();
   [[nodiscard]] double CostOf(const Item& item, const Seat& seat) const;
-  void Keep(SpotList spots);
+  void Keep();
 
   const Scene& scene_;
   const RingPlan& plan_;
   Seating seating_;
-  std::vector<double> potentials_;  ///< Of the seats, from the last match.
-  bool obstaclesInside_ = false, severalLeaders_ = false;
+  std::vector<double> potentials_;  ///< Of the seats, from the last assignment.
+  bool obstaclesInside_ = false;
   SpotList best_;
   Tally bestTally_;
 };
+
+Matcher::Matcher(const Scene& scene, const RingPlan& plan, std::vector<Seat> slots)
+    : scene_(scene), plan_(plan), seating_{plan.frame, {}, {}, std::move(slots)} {
+  for (std::size_t i = 0; i < scene.items.size(); ++i)
+    if (!scene.items[i].anchors.empty()) seating_.items.push_back(i);
+  for (const FixedBox& obstacle : scene.obstacles) obstaclesInside_ |= BoxesOverlap(obstacle, plan.frame);
+}
 
 double Matcher::CostOf(const Item& item, const Seat& seat) const {
   const LabelSpot spot = SpotOn(item, seat, plan_.frame);
@@ -65,8 +61,8 @@ double Matcher::CostOf(const Item& item, const Seat& seat) const {
   return cost;
 }
 
-/// Seats all items anew on the seats they have, or on free ones at the first time.
-void Matcher::Match() {
+/// Deals the seats out anew: at the first time all slots, later those that are taken.
+void Matcher::Assign() {
   std::vector<Seat> seats = std::move(seating_.seats.empty() ? seating_.free : seating_.seats);
   CostMatrix costs(seating_.items.size(), seats.size());
   for (std::size_t row = 0; row < costs.Rows(); ++row)
@@ -86,30 +82,40 @@ void Matcher::Match() {
     if (!taken[column]) seating_.free.push_back(seats[column]);
 }
 
-void Matcher::Keep(SpotList spots) {
+void Matcher::Keep() {
+  SpotList spots = SpotsOf(scene_, seating_);
   const Tally tally = Audit(scene_, spots);
   if (!best_.empty() && !tally.IsBetterThan(bestTally_)) return;
   best_ = std::move(spots);
   bestTally_ = tally;
 }
 
-SpotList Matcher::Run() {
+SpotList Matcher::Match() {
   constexpr int kRounds = 3;
-  Match();
-  if (severalLeaders_) ReduceCrossings(scene_, seating_, atol(getenv("STEPS") ? getenv("STEPS") : "20000"));
-  Keep(SpotsOf(scene_, seating_));
-  seating_.free.clear();
+  Assign();
+  Keep();
   for (int round = 0; round < kRounds; ++round) {
     RelaxSeats(scene_, plan_, seating_.items, seating_.seats);
-    Keep(SpotsOf(scene_, seating_));
-    if (severalLeaders_) {
-      ReduceCrossings(scene_, seating_, atol(getenv("STEPS") ? getenv("STEPS") : "20000"));
-    } else {
-      Match();
-    }
-    Keep(SpotsOf(scene_, seating_));
+    Keep();
+    Assign();
+    Keep();
   }
-  return best_;
+  return std::move(best_);
+}
+
+SpotList Matcher::Untangle() {
+  constexpr std::size_t kMostSteps = 32000, kStepsPerItem = 400;
+  const std::size_t steps = std::min(kMostSteps, kStepsPerItem * seating_.items.size());
+  Assign();
+  ReduceCrossings(scene_, seating_, steps, 1);
+  Keep();
+  // Free slots may overlap labels that have moved.
+  seating_.free.clear();
+  RelaxSeats(scene_, plan_, seating_.items, seating_.seats);
+  Keep();
+  ReduceCrossings(scene_, seating_, steps / 4, 0);
+  Keep();
+  return std::move(best_);
 }
 
 }  // namespace
@@ -134,11 +140,12 @@ std::vector<Seat> MakeSlots(const Scene& scene, const RingPlan& plan) {
   return slots;
 }
 
-bool MatchToSlots(const Scene& scene, const RingPlan& plan, SpotList& spots) {
-  Matcher matcher(scene, plan);
-  if (!matcher.HasRoom()) return false;
-  spots = matcher.Run();
-  return true;
+SpotList MatchToSlots(const Scene& scene, const RingPlan& plan, std::vector<Seat> slots) {
+  return Matcher(scene, plan, std::move(slots)).Match();
+}
+
+SpotList MatchAndUntangle(const Scene& scene, const RingPlan& plan, std::vector<Seat> slots) {
+  return Matcher(scene, plan, std::move(slots)).Untangle();
 }
 
 }  // namespace zrcallouts::placement

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "layout/placement/RingPacker.h"
 #include "layout/placement/RingPlan.h"
+#include "layout/placement/Seat.h"
 
 namespace zrcallouts::placement {
 
@@ -13,7 +13,10 @@ namespace zrcallouts::placement {
 
 /// Seats the items with anchors where the sum of leader lengths is least, then moves labels along their sides toward
 /// their anchors, and repeats. No two straight leaders cross in a minimum, since swapping their labels would shorten
-/// them. False where there are fewer slots than items; then `spots` stays as it is.
-[[nodiscard]] bool MatchToSlots(const Scene& scene, const RingPlan& plan, SpotList& spots);
+/// them. `slots` are those of the plan, at least as many as items with anchors.
+[[nodiscard]] SpotList MatchToSlots(const Scene& scene, const RingPlan& plan, std::vector<Seat> slots);
+
+/// The same for labels with several leaders, where a minimum may have crossings: searches for seats with fewer of them.
+[[nodiscard]] SpotList MatchAndUntangle(const Scene& scene, const RingPlan& plan, std::vector<Seat> slots);
 
 }  // namespace zrcallouts::placement

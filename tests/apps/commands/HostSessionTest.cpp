@@ -19,7 +19,7 @@ protected:
     process_ = std::make_unique<HostProcess>("en");
     std::string error;
     ASSERT_TRUE(process_->LoadComponent(error)) << error;
-    session_ = std::make_unique<HostSession>(*tree_, text_);
+    session_ = std::make_unique<HostSession>(*tree_, ViewDirection(), text_);
     ASSERT_TRUE(session_->HasEngine());
     const Box2 room{50, 50, 1550, 1150};
     const View view = FitView(model_, tree_->Leaves(), {}, {300, 300, 1300, 900}, {1600, 1200});

@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, OcclusionToleranceTest,
                                          ToleranceCase{"OwnBeyondOwnTolerance", 5, 1, 0.1, 1, true},
                                          ToleranceCase{"ForeignBeyondOwnSurface", 35, 2, 0.1, 100, true},
                                          ToleranceCase{"InFront", -1, -1, 0, 0, false}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& tested) { return tested.param.name; });
 
 TEST(VisibilitySceneTest, EmptySceneShowsNothing) {
   const Model model = MakeModel({});

@@ -112,6 +112,8 @@ TEST_F(CalloutTest, LeadersResolveWhenTheirTargetsComeBack) {
     EXPECT_EQ(callout->GetLeaderLineCount(false), 0u);
     EXPECT_GT(callout->GetLeaderLineCount(true), 0u);
   }
+  EXPECT_FALSE(part->GetShapeInstanceAtPos(0));
+  EXPECT_EQ(part->GetShapeInstanceIdAtPos(0), "gearbox/housing");
   ExpectPoint(part->GetInstanceLocationAtPos(0, false).GetPos(), 10, 0, 0);
 
   // New shape instances for the same parts.
@@ -183,10 +185,20 @@ TEST_F(CalloutTest, ProvisionalAnchorsAreComputedAnewAndPickedOnesMoveRigidly) {
   housing_->SetLocation(dg::Location(quarterTurn, dg::DPoint3D(50, 0, 0)));
   callout->OnShapeInstanceLocation(housing_);
   ExpectPoint(leader->GetAnchor(), 50 - 0.7, 0.1, 0.3);
-  housing_->SetLocation(At(dg::DPoint3D(10, 0, 0)));
+
+  // Back where it was picked: exactly, to the last bit, whatever the numbers.
+  const dg::Location odd(dg::FMat33::Scale(0.7), dg::DPoint3D(1.0 / 3, 1e5 / 7, -2.0 / 9));
+  housing_->SetLocation(odd);
   callout->OnShapeInstanceLocation(housing_);
-  EXPECT_EQ(leader->GetAnchor().x, picked.x) << "back exactly, to the last bit";
+  leader->SetAnchor(picked);
+  leader->SetAnchorCalculated(true);
+  for (const dg::Location& location : {At(dg::DPoint3D(10, 0, 0)), odd}) {
+    housing_->SetLocation(location);
+    callout->OnShapeInstanceLocation(housing_);
+  }
+  EXPECT_EQ(leader->GetAnchor().x, picked.x);
   EXPECT_EQ(leader->GetAnchor().y, picked.y);
+  EXPECT_EQ(leader->GetAnchor().z, picked.z);
 
   dg::DPoint3D untouched(1, 2, 3);
   EXPECT_FALSE(callout->CalculateAnchor(nullptr, untouched));
@@ -219,9 +231,12 @@ TEST_F(CalloutTest, CountsAsUserOfItsTemplateWhileItUsesIt) {
   callout->UpdateDefinition(second);
   EXPECT_EQ(first->GetUserCount(), 0u);
   EXPECT_EQ(second->GetUserCount(), 1u);
+  const CalloutPtr other = zrk::MakeObject<Callout>();
+  other->Initialize(second, gear_);
+  EXPECT_EQ(second->GetUserCount(), 2u);
   callout->ReleaseCalloutTemplate();
   callout->ReleaseCalloutTemplate();
-  EXPECT_EQ(second->GetUserCount(), 0u);
+  EXPECT_EQ(second->GetUserCount(), 1u) << "the other callout's use";
   EXPECT_EQ(callout->GetDefinition(), second) << "still known after the release";
   callout->UpdateDefinition(first);
   EXPECT_EQ(first->GetUserCount(), 0u);

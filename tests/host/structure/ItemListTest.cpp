@@ -67,7 +67,11 @@ TEST_F(ItemListTest, LabelIsGivenTextOrNextNumberAboveAllLabels) {
   ASSERT_TRUE(items_->GetRow(named, row));
   EXPECT_TRUE(row.addedByHand);
   EXPECT_EQ(items_->GetItemLabel(list_->AddInstance(AddPart(MakeNode("c")), nullptr, false, "X1")), "X1");
-  EXPECT_EQ(items_->GetItemLabel(Add(AddPart(MakeNode("d")))), "8");
+  const unsigned next = Add(AddPart(MakeNode("d")));
+  EXPECT_EQ(items_->GetItemLabel(next), "8");
+  items_->SetItemLabel(named, "8");
+  list_->DeleteItem(next, nullptr);
+  EXPECT_EQ(items_->GetItemLabel(Add(AddPart(MakeNode("e")))), "9") << "the other 8 still stands";
 }
 
 TEST_F(ItemListTest, UnknownItemShowsNothing) {

@@ -1,0 +1,133 @@
+#include "layout/placement/PlacementSearch.h"
+
+#include <algorithm>
+
+#include "layout/placement/FreePlacement.h"
+#include "layout/placement/SideSweeps.h"
+#include "layout/placement/SlotMatching.h"
+
+namespace zrcallouts::placement {
+
+PlacementSearch::PlacementSearch(const Scene& scene) : scene_(scene) {
+  for (const Item& item : scene.items) {
+    withoutAnchors_ += item.anchors.empty();
+    severalLeaders_ |= item.anchors.size() > 1;
+  }
+}
+
+SpotList PlacementSearch::Run() {
+  const std::size_t count = scene_.items.size();
+  if (count == static_cast<std::size_t>(withoutAnchors_)) {
+    SpotList spots(count);
+    PlaceFreely(scene_, spots);
+    return spots;
+  }
+  if (IsNearUniform()) MatchOutside();
+  if (!AllSeated()) SweepOutside();
+  if (!AllSeated()) MatchInside();
+  PlaceFreely(scene_, best_);
+  return best_;
+}
+
+bool PlacementSearch::IsNearUniform() const {
+  constexpr double kMostToMean = 1.5;
+  double width = 0, height = 0, mostWidth = 0, mostHeight = 0, count = 0;
+  for (const Item& item : scene_.items) {
+    if (item.anchors.empty()) continue;
+    width += static_cast<double>(item.width);
+    height += static_cast<double>(item.height);
+    mostWidth = std::max(mostWidth, static_cast<double>(item.width));
+    mostHeight = std::max(mostHeight, static_cast<double>(item.height));
+    ++count;
+  }
+  return mostWidth * count <= kMostToMean * width && mostHeight * count <= kMostToMean * height;
+}
+
+RingPlan PlacementSearch::PlanAround(const FixedBox& frame, int rows, int columns, Coord gap) const {
+  return {frame, {rows, columns, rows, columns}, gap, gap / 2};
+}
+
+bool PlacementSearch::Consider(SpotList spots) {
+  const Tally tally = Audit(scene_, spots);
+  if (!best_.empty() && !tally.IsBetterThan(bestTally_)) return false;
+  best_ = std::move(spots);
+  bestTally_ = tally;
+  return true;
+}
+
+/// Tries more and more rings until more of them help no longer. Large scenes get one try, with slots to spare.
+bool PlacementSearch::MatchRings(const FixedBox& frame, int firstRings, Coord gap) {
+  constexpr std::size_t kLarge = 300;
+  const std::size_t count = scene_.items.size() - static_cast<std::size_t>(withoutAnchors_);
+  bool found = false;
+  RingPlan bestPlan;
+  for (int rings = firstRings; rings <= scene_.maxRings; ++rings) {
+    const RingPlan plan = PlanAround(frame, rings, rings, gap);
+    std::vector<Seat> slots = MakeSlots(scene_, plan);
+    const bool last = rings == scene_.maxRings;
+    if (slots.size() < count || (count > kLarge && !last && slots.size() < count + count / 5)) continue;
+    found = true;
+    if (!Consider(MatchToSlots(scene_, plan, std::move(slots)))) break;
+    bestPlan = plan;
+    if (count > kLarge) break;
+  }
+  if (found && severalLeaders_ && bestTally_.crossings > 0)
+    Consider(MatchAndUntangle(scene_, bestPlan, MakeSlots(scene_, bestPlan)));
+  return found;
+}
+
+void PlacementSearch::MatchOutside() {
+  const FixedBox frame = scene_.model.Grown(scene_.clearance);
+  for (const Coord gap : {scene_.gap, scene_.gap * 2 / 3, scene_.gap / 3})
+    if (MatchRings(frame, 1, gap)) return;
+}
+
+/// The largest frame round the model that leaves room for the rings on the page.
+FixedBox PlacementSearch::FrameInsidePage(int rings, Coord gap) const {
+  Coord width = 0, height = 0;
+  for (const Item& item : scene_.items) {
+    if (item.anchors.empty()) continue;
+    width = std::max(width, item.width);
+    height = std::max(height, item.height);
+  }
+  const FixedBox frame = scene_.model.Grown(scene_.clearance);
+  const Coord columns = rings * (width + gap), rows = rings * (height + gap);
+  return {std::max(frame.left, scene_.page.left + columns), std::max(frame.top, scene_.page.top + rows),
+          std::min(frame.right, scene_.page.right - columns), std::min(frame.bottom, scene_.page.bottom - rows)};
+}
+
+/// The page has no room round the model: labels stand over the model's margin.
+void PlacementSearch::MatchInside() {
+  for (int rings = 1; rings <= scene_.maxRings; ++rings) {
+    const FixedBox frame = FrameInsidePage(rings, scene_.gap);
+    if (frame.left >= frame.right || frame.top >= frame.bottom) return;
+    const RingPlan plan = PlanAround(frame, rings, rings, scene_.gap);
+    std::vector<Seat> slots = MakeSlots(scene_, plan);
+    if (slots.size() + static_cast<std::size_t>(withoutAnchors_) < scene_.items.size()) continue;
+    Consider(MatchToSlots(scene_, plan, std::move(slots)));
+    return;
+  }
+}
+
+void PlacementSearch::Sweep(const RingPlan& plan, double stacking) {
+  Consider(SweepSides(scene_, plan, stacking));
+}
+
+void PlacementSearch::SweepOutside() {
+  const FixedBox frame = scene_.model.Grown(scene_.clearance);
+  for (const Coord gap : {scene_.gap, scene_.gap / 2}) {
+    for (const Coord growth : {Coord{0}, scene_.clearance * 3 / 2, scene_.clearance * 3}) {
+      for (int rings = 1; rings <= scene_.maxRings; ++rings) {
+        const Tally before = bestTally_;
+        for (const double stacking : {1.0, 1.2}) {
+          Sweep(PlanAround(frame.Grown(growth), rings, 1, gap), stacking);
+          if (rings > 1) Sweep(PlanAround(frame.Grown(growth), rings, 2, gap), stacking);
+        }
+        if (rings > 1 && AllSeated() && !bestTally_.IsBetterThan(before)) return;
+      }
+      if (AllSeated()) return;
+    }
+  }
+}
+
+}  // namespace zrcallouts::placement

@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <numbers>
+#include <sstream>
+
+#include "drawing/LineSmoothing.h"
+#include "drawing/LineTicks.h"
+#include "drawing/LineWeights.h"
+#include "drawing/SvgPath.h"
+
+namespace zrfigure {
+namespace {
+
+std::vector<Point2> Arc(double radius, double from, double to, int chords) {
+  std::vector<Point2> points;
+  for (int i = 0; i <= chords; ++i) {
+    const double angle = (from + (to - from) * i / chords) * std::numbers::pi / 180;
+    points.push_back({radius * std::cos(angle), radius * std::sin(angle)});
+  }
+  return points;
+}
+
+TEST(LineSmoothingTest, SimplifiedStaysWithinTheTolerance) {
+  const std::vector<Point2> fine = Arc(100, 0, 180, 400);
+  const std::vector<Point2> coarse = Simplified(fine, 0.1);
+  EXPECT_LT(coarse.size(), 80U);
+  for (const Point2 p : fine) {
+    double nearest = 1e9;
+    for (std::size_t i = 1; i < coarse.size(); ++i)
+      nearest = std::min(nearest, DistanceToSegment(p, coarse[i - 1], coarse[i]));
+    EXPECT_LE(nearest, 0.1);
+  }
+}
+
+TEST(LineSmoothingTest, SmoothedTakesOutWigglesButNeitherShrinksNorMovesEnds) {
+  std::vector<Point2> wiggly = Arc(80, 0, 270, 400);
+  for (std::size_t i = 1; i + 1 < wiggly.size(); ++i) wiggly[i] = wiggly[i] * (i % 4 < 2 ? 1.012 : 0.988);
+  const std::vector<Point2> smooth = Smoothed(wiggly);
+  EXPECT_EQ(Distance(smooth.front(), wiggly.front()), 0);
+  EXPECT_EQ(Distance(smooth.back(), wiggly.back()), 0);
+  for (const Point2 p : smooth) EXPECT_NEAR(std::hypot(p.x, p.y), 80, 0.6);
+  const std::vector<Point2> ring = Smoothed(Arc(30, 0, 360, 60));
+  for (const Point2 p : ring) EXPECT_NEAR(std::hypot(p.x, p.y), 30, 0.3);
+}
+
+TEST(LineSmoothingTest, ShortLinesAreLeftAsTheyAre) {
+  const std::vector<Point2> hook{{0, 0}, {4, 0}, {4, 3}};
+  EXPECT_EQ(Smoothed(hook).size(), 3U);
+  EXPECT_EQ(Simplified({{1, 1}, {1, 1}}, 0.1).size(), 2U);
+}
+
+CandidateLine Line(std::vector<Point2> points, bool contour) {
+  return {{1, LineClass::Edge, std::move(points)}, contour};
+}
+
+struct TickCase {
+  std::string name;
+  std::vector<CandidateLine> lines;
+  std::size_t kept;
+};
+
+class DropTicksTest : public testing::TestWithParam<TickCase> {};
+
+TEST_P(DropTicksTest, KeepsWhatIsHeld) {
+  // The left half of the picture shows occurrence 1, the right half another one.
+  IdBuffer ids{100, 100, std::vector<std::int32_t>(10000, 1), {}};
+  for (int i = 0; i < 10000; ++i) ids.ids[i] = i % 100 < 50 ? 1 : 2;
+  std::vector<CandidateLine> lines = GetParam().lines;
+  DropTicks(lines, ids);
+  EXPECT_EQ(lines.size(), GetParam().kept);
+}
+
+const std::vector<Point2> kLong{{10, 10}, {10, 40}};
+INSTANTIATE_TEST_SUITE_P(
+    Cases, DropTicksTest,
+    testing::Values(TickCase{"LoneSilhouette", {Line(kLong, false), Line({{20, 20}, {24, 20}}, true)}, 1},
+                    TickCase{"SilhouetteHeldAtOneEnd", {Line(kLong, false), Line({{11, 20}, {15, 20}}, true)}, 1},
+                    TickCase{"SilhouetteBetweenTwoEdges",
+                             {Line(kLong, false), Line({{16, 10}, {16, 40}}, false), Line({{11, 20}, {15, 20}}, true)},
+                             3},
+                    TickCase{"SilhouetteFromEdgeToCover",
+                             {Line({{45, 10}, {45, 40}}, false), Line({{45, 20}, {49.5, 20}}, true)},
+                             2},
+                    TickCase{"LongSilhouette", {Line({{20, 20}, {40, 20}}, true)}, 1},
+                    TickCase{"LoneEdge", {Line(kLong, false), Line({{20, 20}, {24, 20}}, false)}, 1},
+                    TickCase{"FoldedEdge", {Line(kLong, false), Line({{20, 20}, {23, 20}, {20, 20}}, false)}, 1},
+                    TickCase{"EdgeHeldThroughAnother",
+                             {Line({{15, 20}, {19, 20}}, false), Line({{11, 20}, {15, 20}}, false), Line(kLong, false)},
+                             3},
+                    TickCase{"TinyPart", {Line({{20, 20}, {24, 20}}, false), Line({{24, 20}, {24, 24}}, false)}, 2},
+                    TickCase{"Nothing", {}, 0}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST(LineWeightsTest, CrowdedDrawingsGetTheNarrowGroups) {
+  const auto widths = [](double lineLength, std::int64_t pixels) {
+    return SuitableLineWidths({{1, LineClass::Outline, {{0, 0}, {lineLength, 0}}}}, {{1, pixels, 0, 0, 0, {}}});
+  };
+  EXPECT_EQ(widths(100, 100000).outline, 0.5);
+  EXPECT_EQ(widths(1000, 20000).outline, 0.35);
+  EXPECT_EQ(widths(100000, 1000).outline, 0.25);
+  EXPECT_EQ(SuitableLineWidths({}, {}).outline, 0.5);
+}
+
+TEST(SvgPathTest, NumbersHaveTwoDecimalsInEveryLocale) {
+  const char* before = std::setlocale(LC_ALL, nullptr);
+  const std::string saved = before ? before : "C";
+  for (const char* name : {"C", "de_DE.UTF-8", "fr_FR.UTF-8"}) {
+    std::setlocale(LC_ALL, name);
+    EXPECT_EQ(SvgNumber(1234.5), "1234.50");
+    EXPECT_EQ(SvgNumber(-0.001), "0.00");
+    EXPECT_EQ(SvgNumber(-2.004), "-2.00");
+  }
+  std::setlocale(LC_ALL, saved.c_str());
+}
+
+std::size_t Count(const std::string& path, char command) {
+  return std::ranges::count(path, command);
+}
+
+TEST(SvgPathTest, ChordsOfArcsBecomeCurvesAndCornersStay) {
+  std::string arc;
+  AppendCurve(arc, Arc(50, 0, 90, 9));
+  EXPECT_EQ(Count(arc, 'C'), 9U);
+  std::string square;
+  AppendCurve(square, {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}});
+  EXPECT_EQ(square, "M0.00 0.00L10.00 0.00L10.00 10.00L0.00 10.00L0.00 0.00Z");
+  std::string bluntCorner;  // 15 degrees between long pieces is a shape, not a facet.
+  AppendCurve(bluntCorner, {{0, 0}, {300, 0}, {590, 78}});
+  EXPECT_EQ(Count(bluntCorner, 'C'), 0U);
+}
+
+TEST(SvgPathTest, LongStraightPieceBesideAnArcStaysStraight) {
+  std::vector<Point2> points{{50, -400}};
+  const std::vector<Point2> arc = Arc(50, 0, 90, 9);
+  points.insert(points.end(), arc.begin(), arc.end());
+  std::string path;
+  AppendCurve(path, points);
+  EXPECT_EQ(path.rfind("M50.00 -400.00L50.00 0.00C", 0), 0U) << path;
+}
+
+TEST(SvgPathTest, CurvesStayNearTheirChords) {
+  std::vector<Point2> circle = Arc(50, 0, 360, 36);
+  circle.back() = circle.front();
+  std::string path;
+  AppendCurve(path, circle);
+  std::ranges::replace_if(
+      path, [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }, ' ');
+  std::istringstream numbers(path);
+  int points = 0;
+  for (double x = 0, y = 0; numbers >> x >> y; ++points) EXPECT_NEAR(std::hypot(x, y), 50, 0.1);
+  EXPECT_EQ(points, 1 + 3 * 36);
+}
+
+}  // namespace
+}  // namespace zrfigure
