@@ -233,6 +233,9 @@ protected:
   void UnregisterObservers() override;
 
 private:
+  friend class GenerationScope;
+  friend class UpdateItemGroupLeadersOperationStep;
+
   using InsetTable = std::map<du::SmartPtr<zrannotations::Inset>, CalloutSet>;
 
   void AttachItemsListObserver(const du::SmartPtr<zrk::ShapeScene>& scene);

@@ -9,35 +9,38 @@ namespace zrcallouts::placement {
 
 namespace {
 
-void AuditPairs(const Scene& scene, const SpotList& spots, Tally& tally) {
+/// Calls onCrossing(i, j), onThrough(i, j) where a leader of i enters the box of j, and onOverlap(i, j) once for each
+/// such pair of items.
+template <class OnCrossing, class OnThrough, class OnOverlap>
+void VisitConflicts(const Scene& scene, const SpotList& spots, OnCrossing&& onCrossing, OnThrough&& onThrough,
+                    OnOverlap&& onOverlap) {
   GridIndex boxes(scene.page, scene.items.size()), leaders(scene.page, scene.items.size());
   std::vector<std::uint32_t> near;
   for (std::uint32_t i = 0; i < spots.size(); ++i) {
     if (!spots[i].placed) continue;
-    const auto collect = [&](const GridIndex& index) {
+    const Item& item = scene.items[i];
+    const auto nearLeaders = [&](const GridIndex& index) -> const std::vector<std::uint32_t>& {
       near.clear();
       index.StartQuery();
-      ForEachSegment(scene.items[i], spots[i],
-                     [&](FixedPoint a, FixedPoint b) { index.CollectNearSegment(a, b, near); });
+      ForEachSegment(item, spots[i], [&](FixedPoint a, FixedPoint b) { index.CollectNearSegment(a, b, near); });
+      return near;
     };
-    collect(leaders);
-    for (const std::uint32_t j : near)
-      tally.crossings += LeadersMeet(scene.items[i], spots[i], scene.items[j], spots[j]);
-    collect(boxes);
-    for (const std::uint32_t j : near)
-      tally.leadersThroughLabels += LeaderEntersBox(scene.items[i], spots[i], spots[j].box);
-    near.clear();
-    leaders.StartQuery();
-    leaders.CollectNearBox(spots[i].box, near);
-    for (const std::uint32_t j : near)
-      tally.leadersThroughLabels += LeaderEntersBox(scene.items[j], spots[j], spots[i].box);
-    near.clear();
-    boxes.StartQuery();
-    boxes.CollectNearBox(spots[i].box, near);
-    for (const std::uint32_t j : near) tally.labelOverlaps += BoxesOverlap(spots[i].box, spots[j].box);
-
+    const auto nearBox = [&](const GridIndex& index) -> const std::vector<std::uint32_t>& {
+      near.clear();
+      index.StartQuery();
+      index.CollectNearBox(spots[i].box, near);
+      return near;
+    };
+    for (const std::uint32_t j : nearLeaders(leaders))
+      if (LeadersMeet(item, spots[i], scene.items[j], spots[j])) onCrossing(i, j);
+    for (const std::uint32_t j : nearLeaders(boxes))
+      if (LeaderEntersBox(item, spots[i], spots[j].box)) onThrough(i, j);
+    for (const std::uint32_t j : nearBox(leaders))
+      if (LeaderEntersBox(scene.items[j], spots[j], spots[i].box)) onThrough(j, i);
+    for (const std::uint32_t j : nearBox(boxes))
+      if (BoxesOverlap(spots[i].box, spots[j].box)) onOverlap(i, j);
     boxes.InsertBox(i, spots[i].box);
-    ForEachSegment(scene.items[i], spots[i], [&](FixedPoint a, FixedPoint b) { leaders.InsertSegment(i, a, b); });
+    ForEachSegment(item, spots[i], [&](FixedPoint a, FixedPoint b) { leaders.InsertSegment(i, a, b); });
   }
 }
 
@@ -80,7 +83,10 @@ bool LeaderEntersBox(const Item& item, const LabelSpot& spot, const FixedBox& bo
 
 Tally Audit(const Scene& scene, const SpotList& spots) {
   Tally tally;
-  AuditPairs(scene, spots, tally);
+  VisitConflicts(
+      scene, spots, [&](std::size_t, std::size_t) { ++tally.crossings; },
+      [&](std::size_t, std::size_t) { ++tally.leadersThroughLabels; },
+      [&](std::size_t, std::size_t) { ++tally.labelOverlaps; });
   for (std::size_t i = 0; i < spots.size(); ++i) {
     const LabelSpot& spot = spots[i];
     if (!spot.placed) {
@@ -97,6 +103,20 @@ Tally Audit(const Scene& scene, const SpotList& spots) {
     tally.bends += spot.port != spot.attach ? static_cast<int>(scene.items[i].anchors.size()) : 0;
   }
   return tally;
+}
+
+std::vector<std::size_t> Troublemakers(const Scene& scene, const SpotList& spots) {
+  std::vector<bool> trouble(spots.size(), false);
+  const auto blameLonger = [&](std::size_t i, std::size_t j) {
+    const bool first = LeaderLength(scene.items[i], spots[i]) > LeaderLength(scene.items[j], spots[j]);
+    trouble[first ? i : j] = true;
+  };
+  VisitConflicts(
+      scene, spots, blameLonger, [&](std::size_t i, std::size_t) { trouble[i] = true; }, blameLonger);
+  std::vector<std::size_t> items;
+  for (std::size_t i = 0; i < trouble.size(); ++i)
+    if (trouble[i]) items.push_back(i);
+  return items;
 }
 
 }  // namespace zrcallouts::placement

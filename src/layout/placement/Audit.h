@@ -36,4 +36,7 @@ struct Tally {
 /// Counts over a grid index: about linear in the number of labels plus the pairs that come near each other.
 [[nodiscard]] Tally Audit(const Scene& scene, const SpotList& spots);
 
+/// Items whose removal leaves no two leaders that cross, no leader through a label and no overlapping labels.
+[[nodiscard]] std::vector<std::size_t> Troublemakers(const Scene& scene, const SpotList& spots);
+
 }  // namespace zrcallouts::placement

@@ -26,7 +26,20 @@ SpotList PlacementSearch::Run() {
   if (!AllSeated()) SweepOutside();
   if (!AllSeated()) MatchInside();
   PlaceFreely(scene_, best_);
+  bestTally_ = Audit(scene_, best_);
+  if (bestTally_.labelsOverModel > 0) MoveTroublemakers();
   return best_;
+}
+
+/// Over the model's margin nothing keeps leaders apart for sure: what is in the way of others gets a place of its own.
+void PlacementSearch::MoveTroublemakers() {
+  constexpr int kRounds = 4;
+  for (int round = 0; round < kRounds; ++round) {
+    SpotList spots = best_;
+    for (const std::size_t i : Troublemakers(scene_, spots)) spots[i].placed = false;
+    PlaceFreely(scene_, spots);
+    if (!Consider(std::move(spots))) return;
+  }
 }
 
 bool PlacementSearch::IsNearUniform() const {

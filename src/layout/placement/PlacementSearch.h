@@ -22,6 +22,7 @@ private:
   void MatchOutside();
   void MatchInside();
   bool MatchRings(const FixedBox& frame, int firstRings, Coord gap);
+  void MoveTroublemakers();
   void SweepOutside();
   void Sweep(const RingPlan& plan, double stacking);
   /// True where the placement is the best so far.

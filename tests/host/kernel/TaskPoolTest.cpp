@@ -1,10 +1,10 @@
 #include <du/TaskPool.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <future>
-#include <mutex>
-#include <stdexcept>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -80,10 +80,15 @@ TEST(TaskPoolTest, SurvivesExceptions) {
   EXPECT_EQ(pool->GetFailedCount(), 8U);
 }
 
-TEST(TaskPoolTest, LetsGoOfATaskOnceItIsDone) {
+TEST(TaskPoolTest, LetsGoOfATaskBeforeItCountsAsDone) {
+  class SlowlyEndingTask final : public du::Task {
+  public:
+    ~SlowlyEndingTask() override { std::this_thread::sleep_for(std::chrono::milliseconds(30)); }
+    void Run() override {}
+  };
   const SmartPtr<TaskPool> pool(new TaskPool);
   const long before = du::RefCounted::GetLiveObjectCount();
-  for (int i = 0; i < 20; ++i) pool->InsertTask(MakeTask([] {}));
+  pool->InsertTask(new SlowlyEndingTask);
   pool->WaitIdle();
   EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
 }
