@@ -5,21 +5,31 @@
 namespace zrfigure {
 namespace {
 
-bool MatchesAny(const OccurrenceTree& tree, int occurrence, const std::vector<std::string>& globs) {
-  return std::any_of(globs.begin(), globs.end(),
-                     [&](const std::string& glob) { return tree.Matches(occurrence, glob); });
-}
-
 /// A flag an occurrence: it or an ancestor matches. Parents come before children, so one pass does.
-std::vector<bool> FindMatched(const OccurrenceTree& tree, const std::vector<std::string>& globs) {
+std::vector<bool> FindAtOrBelow(const OccurrenceTree& tree, const std::string& glob) {
   const auto& occurrences = tree.GetModel().occurrences;
-  std::vector<bool> matched(occurrences.size(), globs.empty());
-  if (globs.empty()) return matched;
+  std::vector<bool> found(occurrences.size());
   for (std::size_t i = 0; i < occurrences.size(); ++i) {
     const int parent = occurrences[i].parent;
-    matched[i] = (parent >= 0 && matched[parent]) || MatchesAny(tree, static_cast<int>(i), globs);
+    found[i] = (parent >= 0 && found[parent]) || tree.Matches(static_cast<int>(i), glob);
   }
-  return matched;
+  return found;
+}
+
+/// Marks what the glob selects of the candidates.
+void MarkSelected(const OccurrenceTree& tree, const std::vector<int>& candidates, const std::string& glob,
+                  std::vector<bool>& marked) {
+  bool matchesOne = false;
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    if (!tree.Matches(candidates[i], glob)) continue;
+    marked[i] = true;
+    matchesOne = true;
+  }
+  if (matchesOne) return;
+  const std::vector<bool> atOrBelow = FindAtOrBelow(tree, glob);
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    if (atOrBelow[candidates[i]]) marked[i] = true;
+  }
 }
 
 /// The ancestor at depth `level`, or the occurrence itself when it stands above that.
@@ -32,12 +42,18 @@ int AncestorAtLevel(const OccurrenceTree& tree, int occurrence, unsigned level) 
 
 std::vector<int> SelectOccurrences(const OccurrenceTree& tree, std::optional<unsigned> level,
                                    const std::vector<std::string>& globs) {
-  const std::vector<bool> matched = FindMatched(tree, globs);
-  std::vector<int> selected;
+  std::vector<int> candidates;
   for (int leaf : tree.Leaves()) {
     const int occurrence = level ? AncestorAtLevel(tree, leaf, *level) : leaf;
     // The leaves of one branch follow each other, so a repetition can only be the last entry.
-    if (matched[occurrence] && (selected.empty() || selected.back() != occurrence)) selected.push_back(occurrence);
+    if (candidates.empty() || candidates.back() != occurrence) candidates.push_back(occurrence);
+  }
+  if (globs.empty()) return candidates;
+  std::vector<bool> marked(candidates.size(), false);
+  for (const std::string& glob : globs) MarkSelected(tree, candidates, glob, marked);
+  std::vector<int> selected;
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    if (marked[i]) selected.push_back(candidates[i]);
   }
   return selected;
 }

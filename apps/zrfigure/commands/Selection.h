@@ -10,7 +10,8 @@
 namespace zrfigure {
 
 /// The leaves, or the occurrences at depth `level` and the leaves above it, depth first in file order. Branches without
-/// any shape are left out. With globs, only those that match one themselves or through an ancestor.
+/// any shape are left out. With globs, only those that one of them selects: a glob selects the occurrences that it
+/// matches, or, when it matches none of them, those below the assemblies that it matches.
 [[nodiscard]] std::vector<int> SelectOccurrences(const OccurrenceTree& tree, std::optional<unsigned> level,
                                                  const std::vector<std::string>& globs);
 

@@ -15,8 +15,11 @@ RingTask MakeRingTask(const Scene& scene, const RingPlan& plan, std::size_t side
   const SideFrame edge(plan.frame, kSides[side]);
   const auto [pageLow, pageHigh] = edge.ToSide(scene.page);
   // Rows may stand out over the corners of the frame, columns may not: so they never meet.
-  RingTask task{edge, edge.Begin(), edge.End(), edge.IsRow() ? pageLow.u : edge.Begin(),
-                edge.IsRow() ? pageHigh.u : edge.End()};
+  RingTask task{edge, edge.Begin(), edge.End(), pageLow.u, pageHigh.u};
+  if (!edge.IsRow()) {
+    task.boxLow = std::max(pageLow.u, edge.Begin());
+    task.boxHigh = std::min(pageHigh.u, edge.End());
+  }
   task.depth = pageHigh.v;
   task.rings = plan.rings[side];
   task.gap = plan.gap;

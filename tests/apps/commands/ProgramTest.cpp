@@ -64,7 +64,7 @@ TEST_F(ProgramTest, As1GetsFiveCalloutsFromStepAndFromGlb) {
   const Json parts = Json::parse(ReadFile(folder_.Path() / "parts.json"));
   Arguments rows;
   for (const Json& item : parts["items"]) {
-    rows.push_back(item["number"].get<std::string>() + " " + item["name"].get<std::string>() + " " +
+    rows.push_back(item["item"].get<std::string>() + " " + item["name"].get<std::string>() + " " +
                    std::to_string(item["quantity"].get<int>()));
   }
   EXPECT_EQ(rows, (Arguments{"1 nut 8", "2 rod 1", "3 bolt 6", "4 l-bracket 2", "5 plate 1"}));
