@@ -57,7 +57,8 @@ void CalloutGenerator::CreateCallouts(const du::SmartPtr<Callouts>& engine, Sele
   selection.clear();
   const auto world = zrk::World::GetWorld();
   const auto pool = world ? world->GetTaskPool() : nullptr;
-  if (pool) pool->InsertTask(task);
+  const bool inserted = pool && pool->InsertTask(task);
+  if (!inserted && event) event->Complete();  // nobody else would, and the caller may be waiting
 }
 
 du::SmartPtr<zrk::Operation> CalloutGenerator::NewOperation() const {

@@ -30,10 +30,8 @@ bool CalloutGenerator::IsItemized(unsigned itemId) const {
 CalloutGenerator::SbomInstancePtr CalloutGenerator::RunInstanceOf(const SelectionItemPtr& item) {
   const SbomInstancePtr instance = hostlayer::SbomInstanceOf(item);
   if (!instance) return instance;
-  if (hostlayer::IsWeldMember(instance)) {
-    const auto topWeld = instance->GetTopWeld();
-    return topWeld ? topWeld : instance;
-  }
+  const SbomInstancePtr topWeld = hostlayer::IsWeldMember(instance) ? instance->GetTopWeld() : nullptr;
+  if (topWeld && topWeld != instance) return topWeld;
   return UseParent(instance) ? instance->GetParent() : instance;
 }
 

@@ -12,12 +12,15 @@ namespace zrfigure {
 namespace {
 
 constexpr double kDotClearancePx = 6;  ///< Free area round the anchor that a dot needs.
+constexpr double kRasterPerPx = 16;
 constexpr double kStepPx = 0.25;
 constexpr int kUntangleRounds = 4;
 
+/// Rounded to 1/16 pixel, as labels are placed: anchors that nearly coincide would otherwise give leaders that cross by
+/// less than anybody sees.
 Point2 OnPage(const View& view, Vec3 world) {
   const Vec3 pixel = view.ToPixel(world);
-  return {pixel.x, pixel.y};
+  return {std::round(pixel.x * kRasterPerPx) / kRasterPerPx, std::round(pixel.y * kRasterPerPx) / kRasterPerPx};
 }
 
 /// Whether the pixels round a point show the occurrence: any of them, or all within the radius.
@@ -58,20 +61,24 @@ private:
   int occurrence_;
 };
 
-/// Straight on from the place where the route meets the label's box to the balloon's border inside it, so that nothing
-/// outside the box changes; with a kink where the straight line misses the border.
-Point2 ExtendToBorder(const Balloon& balloon, Point2 from, Point2 port) {
+/// Appends the way from the place where the route meets the label's box to the balloon's border inside it, so that
+/// nothing outside the box changes: straight on, or with a kink at that place where the straight line misses the
+/// border.
+void AppendEnd(const Balloon& balloon, Point2 port, std::vector<Point2>& points) {
+  const Point2 from = points.back();
+  const Point2 centre = balloon.box.Centre();
   const double length = Distance(from, port);
-  if (length == 0) return BorderPoint(balloon.shape, balloon.box, port);
-  const Point2 step = (port - from) * (kStepPx / length);
-  const double reach = balloon.box.Width() + balloon.box.Height();
+  const Point2 step = length > 0 ? (port - from) * (kStepPx / length) : Point2();
+  const double reach = length > 0 ? balloon.box.Width() + balloon.box.Height() : 0;
   Point2 at = port;
   for (double gone = 0; gone < reach; gone += kStepPx, at = at + step) {
     const Point2 border = BorderPoint(balloon.shape, balloon.box, at);
-    const Point2 centre = balloon.box.Centre();
-    if (Distance(at, centre) <= Distance(border, centre) + kStepPx) return border;
+    if (Distance(at, centre) > Distance(border, centre) + kStepPx) continue;
+    points.push_back(border);
+    return;
   }
-  return BorderPoint(balloon.shape, balloon.box, port);
+  points.push_back(port);
+  points.push_back(BorderPoint(balloon.shape, balloon.box, port));
 }
 
 /// A leader along its route. The route's last point is where it meets the label's box; aimed at the balloon's centre
@@ -84,8 +91,7 @@ std::vector<Point2> RouteLeader(const FigureInput& input, const Balloon& balloon
     points.push_back(BorderPoint(balloon.shape, balloon.box, points.back()));
     return points;
   }
-  const Point2 port = OnPage(input.view, leader.bends.back());
-  points.push_back(ExtendToBorder(balloon, points.back(), port));
+  AppendEnd(balloon, OnPage(input.view, leader.bends.back()), points);
   return points;
 }
 

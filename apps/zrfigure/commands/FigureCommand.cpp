@@ -150,8 +150,8 @@ private:
 };
 
 Picture FigureRun::PlanPicture() const {
-  const PartsTable table = ComposeTable(ComposePartsList(tree_, PlannedItems(rows_)), options_.language);
-  const PagePlan plan = PlanPage(options_.page, table, PlaceOfTable(options_.page), text_);
+  const PagePlan plan =
+      PlanPageWithList(options_.page, ComposePartsList(tree_, PlannedItems(rows_)), options_.language, text_);
   const LabelStock labels = EstimateLabels(model_, rows_, definition_, options_.mode, text_);
   return TakePicture(tree_, PlanView(tree_, options_.direction, options_.page, plan.drawingArea, labels),
                      plan.drawingArea);
@@ -176,7 +176,7 @@ RunResult FigureRun::CreateCallouts(const Picture& picture) {
 }
 
 std::vector<std::string> FigureRun::WritePages(Figure figure, const PartsList& list) const {
-  PagePlan plan = PlanPage(options_.page, ComposeTable(list, options_.language), PlaceOfTable(options_.page), text_);
+  PagePlan plan = PlanPageWithList(options_.page, list, options_.language, text_);
   figure.title = model_.sourceName;
   figure.page = options_.page;
   if (const double weight = LeaderWeightMm(definition_); weight > 0) figure.lineWidths.leader = weight;

@@ -137,10 +137,11 @@ PartsList ComposePartsList(const OccurrenceTree& tree, const std::vector<ItemSta
   return list;
 }
 
-PartsTable ComposeTable(const PartsList& list, const std::string& language) {
+PartsTable ComposeTable(const PartsList& list, const std::string& language, bool withMaterial) {
   const Headings& headings = HeadingsIn(language);
-  const bool materials = std::any_of(list.items.begin(), list.items.end(),
-                                     [](const PartsListItem& item) { return !MaterialOf(item).empty(); });
+  const bool materials =
+      withMaterial && std::any_of(list.items.begin(), list.items.end(),
+                                  [](const PartsListItem& item) { return !MaterialOf(item).empty(); });
   PartsTable table;
   table.columns = {
       {headings.number, TextAlign::Right}, {headings.quantity, TextAlign::Right}, {headings.name, TextAlign::Left}};

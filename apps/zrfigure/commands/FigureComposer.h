@@ -28,8 +28,9 @@ struct FigureInput {
 /// The list of all items, in order. A product's `material` comes first among the properties.
 [[nodiscard]] PartsList ComposePartsList(const OccurrenceTree& tree, const std::vector<ItemState>& items);
 
-/// The list as a table with headings in a language: number, quantity, name, and material when a part has one.
-[[nodiscard]] PartsTable ComposeTable(const PartsList& list, const std::string& language);
+/// The list as a table with headings in a language: number, quantity, name, and, when asked for and a part has one,
+/// material.
+[[nodiscard]] PartsTable ComposeTable(const PartsList& list, const std::string& language, bool withMaterial);
 
 /// An "item-not-visible" for each item that has a callout and no part that can be seen in the view.
 [[nodiscard]] std::vector<Finding> FindHiddenItems(const FigureInput& input);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "commands/FigureComposer.h"
 #include "commands/LabelText.h"
 #include "drawing/BalloonSize.h"
 
@@ -52,6 +53,14 @@ double Capacity(const Box2& box, double scale, const LabelStock& labels, int rin
   return kFill * rings * perRing;
 }
 
+/// Whether a cell of the placed rows, which are the first ones, lost some of its text.
+bool IsShortened(const PartsTable& placed, const PartsTable& table) {
+  for (std::size_t i = 0; i < placed.rows.size(); ++i) {
+    if (placed.rows[i].cells != table.rows[i].cells) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 LabelStock EstimateLabels(const Model& model, const std::vector<PlannedRow>& rows, const TemplateDefinition& definition,
@@ -82,8 +91,13 @@ View PlanView(const OccurrenceTree& tree, const ViewDirection& direction, const 
   return view;
 }
 
-TablePlace PlaceOfTable(const Page& page) {
-  return page.widthMm >= page.heightMm ? TablePlace::Beside : TablePlace::Under;
+PagePlan PlanPageWithList(const Page& page, const PartsList& list, const std::string& language,
+                          const TextMeasure& text) {
+  const TablePlace place = page.widthMm >= page.heightMm ? TablePlace::Beside : TablePlace::Under;
+  const PartsTable table = ComposeTable(list, language, true);
+  PagePlan plan = PlanPage(page, table, place, text);
+  if (!plan.table || !IsShortened(*plan.table, table)) return plan;
+  return PlanPage(page, ComposeTable(list, language, false), place, text);
 }
 
 }  // namespace zrfigure

@@ -2,6 +2,7 @@
 // Divides the page before there is a callout: place of the parts list, room for labels, scale and position of the
 // model.
 
+#include <string>
 #include <vector>
 
 #include "commands/OccurrenceTree.h"
@@ -9,6 +10,7 @@
 #include "commands/RowPlan.h"
 #include "commands/TemplateFile.h"
 #include "drawing/PageLayout.h"
+#include "drawing/PartsList.h"
 #include "drawing/TextMeasure.h"
 
 namespace zrfigure {
@@ -30,7 +32,9 @@ struct LabelStock {
 [[nodiscard]] View PlanView(const OccurrenceTree& tree, const ViewDirection& direction, const Page& page,
                             const Box2& room, const LabelStock& labels);
 
-/// Beside the drawing on a lying page, under it on a standing one.
-[[nodiscard]] TablePlace PlaceOfTable(const Page& page);
+/// The parts list beside the drawing on a lying page, under it on a standing one. Materials are left out when names
+/// would have to be shortened for them.
+[[nodiscard]] PagePlan PlanPageWithList(const Page& page, const PartsList& list, const std::string& language,
+                                        const TextMeasure& text);
 
 }  // namespace zrfigure

@@ -48,7 +48,7 @@ FreeSpace::FreeSpace(const Scene& scene, SpotList& spots, std::size_t waiting)
       labels_(scene.page, spots.size()),
       leaders_(scene.page, spots.size()),
       anchors_(scene.page, spots.size()) {
-  constexpr double kTests = 2.0e6, kFinest = 128, kCoarsest = 12;
+  constexpr double kTests = 4.0e5, kFinest = 128, kCoarsest = 12;
   stepsAcross_ = static_cast<Coord>(
       std::clamp(std::sqrt(kTests / static_cast<double>(std::max<std::size_t>(1, waiting))), kCoarsest, kFinest));
   for (std::uint32_t k = 0; k < scene.obstacles.size(); ++k) obstacles_.InsertBox(k, scene.obstacles[k]);

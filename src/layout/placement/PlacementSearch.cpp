@@ -122,25 +122,36 @@ void PlacementSearch::MatchInside() {
   }
 }
 
-void PlacementSearch::Sweep(const RingPlan& plan, double stacking) {
-  Consider(SweepSides(scene_, plan, stacking));
-}
-
 void PlacementSearch::SweepOutside() {
   const FixedBox frame = scene_.model.Grown(scene_.clearance);
   for (const Coord gap : {scene_.gap, scene_.gap / 2}) {
     for (const Coord growth : {Coord{0}, scene_.clearance * 3 / 2, scene_.clearance * 3}) {
-      for (int rings = 1; rings <= scene_.maxRings; ++rings) {
-        const Tally before = bestTally_;
-        for (const double stacking : {1.0, 1.2}) {
-          Sweep(PlanAround(frame.Grown(growth), rings, 1, gap), stacking);
-          if (rings > 1) Sweep(PlanAround(frame.Grown(growth), rings, 2, gap), stacking);
-        }
-        if (rings > 1 && AllSeated() && !bestTally_.IsBetterThan(before)) return;
-      }
+      SweepRings(frame.Grown(growth), gap);
       if (AllSeated()) return;
     }
   }
+}
+
+/// Tries more and more rings until more of them help no longer.
+void PlacementSearch::SweepRings(const FixedBox& frame, Coord gap) {
+  RingPlan bestPlan;
+  double bestStacking = 0;
+  for (int rings = 1; rings <= scene_.maxRings; ++rings) {
+    bool better = false;
+    for (const int columns : {1, 2}) {
+      if (columns > rings) continue;
+      for (const double stacking : {1.0, 1.2}) {
+        const RingPlan plan = PlanAround(frame, rings, columns, gap);
+        if (!Consider(SweepSides(scene_, plan, stacking))) continue;
+        better = true;
+        bestPlan = plan;
+        bestStacking = stacking;
+      }
+    }
+    if (!better && rings > 1) break;
+  }
+  if (bestStacking > 0 && AllSeated() && severalLeaders_ && bestTally_.crossings > 0)
+    Consider(SweepAndUntangle(scene_, bestPlan, bestStacking));
 }
 
 }  // namespace zrcallouts::placement

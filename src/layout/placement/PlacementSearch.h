@@ -24,7 +24,7 @@ private:
   bool MatchRings(const FixedBox& frame, int firstRings, Coord gap);
   void MoveTroublemakers();
   void SweepOutside();
-  void Sweep(const RingPlan& plan, double stacking);
+  void SweepRings(const FixedBox& frame, Coord gap);
   /// True where the placement is the best so far.
   bool Consider(SpotList spots);
   [[nodiscard]] bool AllSeated() const { return !best_.empty() && bestTally_.unplaced == withoutAnchors_; }

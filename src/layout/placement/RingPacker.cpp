@@ -20,7 +20,8 @@ RingTask MakeRingTask(const Scene& scene, const RingPlan& plan, std::size_t side
     task.boxLow = std::max(pageLow.u, edge.Begin());
     task.boxHigh = std::min(pageHigh.u, edge.End());
   }
-  task.depth = pageHigh.v;
+  // No room on a side whose edge itself is off the page.
+  task.depth = pageLow.v > 0 ? 0 : pageHigh.v;
   task.rings = plan.rings[side];
   task.gap = plan.gap;
   task.lane = plan.lane;

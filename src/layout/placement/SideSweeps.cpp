@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "layout/placement/Audit.h"
 #include "layout/placement/HullSweep.h"
+#include "layout/placement/LocalSearch.h"
 #include "layout/placement/Relaxation.h"
 #include "layout/placement/SideAssignment.h"
 
@@ -43,9 +45,8 @@ std::vector<Seat> SweepOnce(const Scene& scene, const RingPlan& plan, double sta
   return seats;
 }
 
-}  // namespace
-
-SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking) {
+/// Sweeps until all labels have a place or no round helps.
+std::vector<Seat> SweepRounds(const Scene& scene, const RingPlan& plan, double stacking) {
   constexpr int kRounds = 16;
   Capacities capacity{};
   for (std::size_t s = 0; s < kSides.size(); ++s) {
@@ -61,11 +62,40 @@ SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking) {
     best = std::move(seats);
     bestTally = tally;
   }
+  return best;
+}
+
+/// Moves labels toward their anchors where that makes the placement better.
+void Relax(const Scene& scene, const RingPlan& plan, std::vector<Seat>& seats) {
   std::vector<std::size_t> items(scene.items.size());
   std::iota(items.begin(), items.end(), std::size_t{0});
-  std::vector<Seat> relaxed = best;
+  std::vector<Seat> relaxed = seats;
   RelaxSeats(scene, plan, items, relaxed);
-  return PlainSpots(Audit(scene, PlainSpots(relaxed)).IsBetterThan(bestTally) ? relaxed : best);
+  if (Audit(scene, PlainSpots(relaxed)).IsBetterThan(Audit(scene, PlainSpots(seats)))) seats = std::move(relaxed);
+}
+
+}  // namespace
+
+SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking) {
+  std::vector<Seat> seats = SweepRounds(scene, plan, stacking);
+  Relax(scene, plan, seats);
+  return PlainSpots(seats);
+}
+
+SpotList SweepAndUntangle(const Scene& scene, const RingPlan& plan, double stacking) {
+  constexpr std::size_t kMostSteps = 32000, kStepsPerItem = 400;
+  std::vector<Seat> seats = SweepRounds(scene, plan, stacking);
+  Relax(scene, plan, seats);
+  Seating seating{plan.frame, {}, {}, {}};
+  for (std::size_t i = 0; i < seats.size(); ++i) {
+    if (!seats[i].spot.placed) continue;
+    seating.items.push_back(i);
+    seating.seats.push_back(seats[i]);
+  }
+  ReduceCrossings(scene, seating, std::min(kMostSteps, kStepsPerItem * seating.items.size()), 1);
+  for (std::size_t k = 0; k < seating.items.size(); ++k) seats[seating.items[k]] = seating.seats[k];
+  Relax(scene, plan, seats);
+  return PlainSpots(seats);
 }
 
 }  // namespace zrcallouts::placement

@@ -10,4 +10,8 @@ namespace zrcallouts::placement {
 /// plan stay without a place. `stacking` as in SweepTask.
 [[nodiscard]] SpotList SweepSides(const Scene& scene, const RingPlan& plan, double stacking);
 
+/// The same for labels with several leaders, which a sweep does not keep from crossing: then exchanges labels of one
+/// size so that fewer leaders cross.
+[[nodiscard]] SpotList SweepAndUntangle(const Scene& scene, const RingPlan& plan, double stacking);
+
 }  // namespace zrcallouts::placement

@@ -52,8 +52,11 @@ Matcher::Matcher(const Scene& scene, const RingPlan& plan, std::vector<Seat> slo
   for (const FixedBox& obstacle : scene.obstacles) obstaclesInside_ |= BoxesOverlap(obstacle, plan.frame);
 }
 
+/// What an item costs on a seat. Where an item stands on a seat matters to its leaders only if its anchors are outside
+/// the frame; deciding that first saves most of the work.
 double Matcher::CostOf(const Item& item, const Seat& seat) const {
-  const LabelSpot spot = SpotOn(item, seat, plan_.frame);
+  const bool inside = plan_.frame.Contains({item.focus.x, item.focus.y, item.focus.x, item.focus.y});
+  const LabelSpot spot = inside ? seat.spot : SpotOn(item, seat, plan_.frame);
   double cost = LeaderLength(item, spot);
   if (spot.port != spot.attach) cost += kBendCost * static_cast<double>(item.anchors.size());
   if (obstaclesInside_)

@@ -29,7 +29,8 @@ protected:
     UseTemplate("number");
     session_->SetMode(CalloutMode::OnePerItem);
   }
-  void TearDown() override {
+  void TearDown() override { Close(); }
+  void Close() {
     session_.reset();
     process_.reset();
   }
@@ -156,6 +157,21 @@ TEST_F(HostSessionTest, TemplateSpeaksTheLanguageItHasAPatternFor) {
     EXPECT_EQ(session_->GetCallouts()[0].text, text);
     ASSERT_TRUE(session_->Undo());
   }
+}
+
+TEST_F(HostSessionTest, NothingOutlivesTheSession) {
+  const auto cycle = [this] {
+    Open(fixtures::MakePress());
+    session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
+    session_->Generate(tree_->Leaves(), false);
+    EXPECT_TRUE(session_->Undo());
+    EXPECT_TRUE(session_->Redo());
+    Close();
+    return du::RefCounted::GetLiveObjectCount();
+  };
+  // The first round also makes what lives as long as the process.
+  const long left = cycle();
+  EXPECT_EQ(cycle(), left);
 }
 
 TEST_F(HostSessionTest, ShownLeaderMovesToAPartThatCanBeSeen) {
