@@ -62,7 +62,8 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   [[nodiscard]] const zrk::ClassType& GetClassType() const override;
 
   /// Starts an automatic run on the world's task pool and returns at once. `selection` is moved out of the caller's vector.
-  /// `event` may be empty; otherwise it gets progress in percent and one Complete(), on the pool's thread. [any-thread]
+  /// `event` may be empty; otherwise it gets progress in percent and one Complete(), on the pool's thread, or on this one
+  /// when the pool took no task. [any-thread]
   static void CreateCallouts(const du::SmartPtr<Callouts>& engine, Selection&& selection,
                              const du::SmartPtr<zrk::AsyncEvent>& event);
   /// The automatic run itself, on this thread: creates, texts, registers, lays out and shows the callouts in one operation

@@ -41,7 +41,7 @@ struct RawOptions {
 };
 
 void DefineFiles(CLI::App& app, RawOptions& raw) {
-  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->group("Files");
+  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->type_name(" ")->group("Files");
   app.add_option("-o,--output", raw.figure, "Figure to write: .svg .pdf .png (default: the model's name with .svg)")
       ->type_name("FILE")
       ->group("Files");
@@ -54,8 +54,8 @@ void DefinePage(CLI::App& app, RawOptions& raw) {
       ->type_name("VIEW")
       ->group(group);
   app.add_option("--page", raw.page, "A4, A3, A2 or WIDTHxHEIGHT in mm")->type_name("SIZE")->group(group);
-  auto* portrait = app.add_flag("--portrait", raw.portrait, "Page standing")->group(group);
-  app.add_flag("--landscape", raw.landscape, "Page lying (default)")->excludes(portrait)->group(group);
+  app.add_flag("--portrait", raw.portrait, "Page standing")->group(group);
+  app.add_flag("--landscape", raw.landscape, "Page lying (default)")->group(group);
   app.add_option("--margin", raw.margin, "Margin of the page in mm (default 10)")->type_name("MM")->group(group);
 }
 
@@ -64,9 +64,8 @@ void DefineCallouts(CLI::App& app, RawOptions& raw) {
   app.add_option("--template", raw.templateName, "number, number-quantity, number-tag, number-name or a .json file")
       ->type_name("TEMPLATE")
       ->group(group);
-  auto* combine =
-      app.add_flag("--combine", raw.combine, "One callout an item with a leader to each part")->group(group);
-  app.add_flag("--per-instance", raw.perInstance, "A callout for each part")->excludes(combine)->group(group);
+  app.add_flag("--combine", raw.combine, "One callout an item with a leader to each part")->group(group);
+  app.add_flag("--per-instance", raw.perInstance, "A callout for each part; not with --combine")->group(group);
   app.add_option("--select", raw.select, "Only instances whose name, product name or path matches; may be repeated")
       ->type_name("GLOB")
       ->allow_extra_args(false)
@@ -124,6 +123,7 @@ std::vector<std::string> RequirePatterns(const std::string& option, const std::v
 }
 
 Page ConvertPage(const RawOptions& raw) {
+  if (raw.portrait && raw.landscape) Fail("--landscape", "cannot be used with --portrait");
   std::optional<Orientation> orientation;
   if (raw.portrait) orientation = Orientation::Portrait;
   if (raw.landscape) orientation = Orientation::Landscape;
@@ -178,6 +178,7 @@ Options Convert(const RawOptions& raw) {
   options.page = ConvertPage(raw);
   ConvertTemplate(raw.templateName);
   options.templateName = raw.templateName;
+  if (raw.combine && raw.perInstance) Fail("--per-instance", "cannot be used with --combine");
   if (raw.combine) options.mode = CalloutMode::Combine;
   if (raw.perInstance) options.mode = CalloutMode::PerInstance;
   options.select = RequirePatterns("--select", raw.select);

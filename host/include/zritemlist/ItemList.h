@@ -29,6 +29,10 @@ public:
   /// Called by ClearList for each scene of the list before the rows go, so that the application can take the callouts.
   using ListClearedHook =
       std::function<void(const du::SmartPtr<zrk::Scene>& scene, const du::SmartPtr<zrk::Operation>& operation)>;
+  /// Called by RemoveInstance for each scene of the list before a row goes with its last instance, so that the
+  /// application can take the item's callouts within the operation.
+  using ItemRemovalHook = std::function<void(const du::SmartPtr<zrk::Scene>& scene, unsigned itemId,
+                                             const du::SmartPtr<zrk::Operation>& operation)>;
 
   ItemList();
   ~ItemList() override;
@@ -42,6 +46,7 @@ public:
   /// Lets `to` use the list of `from`; `to` loses its own list, also when `from` has none.
   static void ShareItemList(const du::SmartPtr<zrk::Scene>& from, const du::SmartPtr<zrk::Scene>& to);
   static void SetListClearedHook(ListClearedHook hook);
+  static void SetItemRemovalHook(ItemRemovalHook hook);
 
   [[nodiscard]] du::SmartPtr<zrk::illustration::ItemsList> GetZrkItemList() const;
   /// The item's number; `flag` says whether the item exists and is itemized. Empty for an unknown item.
@@ -51,6 +56,10 @@ public:
   /// the operation when one is given.
   unsigned AddInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
                        const du::SmartPtr<zrk::Operation>& operation, bool flag, const std::string& text);
+  /// Takes the instance out of its item and counts the quantity down; the last instance takes the row with it. Returns
+  /// the item's id, 0 for an instance that is in none. A step of the operation when one is given.
+  unsigned RemoveInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
+                          const du::SmartPtr<zrk::Operation>& operation);
   /// Removes the item; a step of the operation when one is given. Unknown items change nothing.
   void DeleteItem(unsigned itemId, const du::SmartPtr<zrk::Operation>& operation);
   /// The item of the instance or of one of the same component; false and `itemId` untouched when there is none.
@@ -64,6 +73,7 @@ private:
   void EnterScene(zrk::Scene* scene);
   void LeaveScene(const zrk::Scene* scene);
   [[nodiscard]] std::vector<du::SmartPtr<zrk::Scene>> GetScenes() const;
+  void AnnounceRemoval(unsigned itemId, const du::SmartPtr<zrk::Operation>& operation) const;
 
   const du::SmartPtr<zrk::illustration::ItemsList> items_;
   mutable dp::Mutex mutex_;

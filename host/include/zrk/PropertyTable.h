@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -36,6 +37,10 @@ public:
   Outcome Set(const Key& key, const du::Symbol& value, const du::Symbol& shapeSource);
   /// Removes the property for every shape source; false when there was none.
   bool Remove(const Key& key);
+  /// Removes the value of one shape source; false when there was none.
+  bool RemoveValue(const Key& key, const du::Symbol& shapeSource);
+  /// The value stored for exactly that shape source; nothing when there is none.
+  [[nodiscard]] std::optional<du::Symbol> GetValue(const Key& key, const du::Symbol& shapeSource) const;
   /// As BaseInstance::GetProperty. Without an exact match for an empty shape source the first source by text answers.
   [[nodiscard]] du::SmartPtr<Property> Find(const Key& key, const du::Symbol& shapeSource) const;
   /// Group and name of every property, ordered by text, each once.

@@ -31,10 +31,17 @@ public:
   /// All shape instances in the order in which they were added.
   [[nodiscard]] std::vector<du::SmartPtr<ShapeInstance>> GetShapeInstances() const;
 
+  /// The shape instances of that instance in the order in which they were added.
+  [[nodiscard]] std::vector<du::SmartPtr<ShapeInstance>> GetShapeInstances(const du::SmartPtr<Instance>& instance) const;
+  /// Where the shape instance stands in the order of addition, for PutBackShapeInstance; 0 for a non-member.
+  [[nodiscard]] std::uint64_t GetPlace(const du::SmartPtr<ShapeInstance>& shape) const;
+
   /// Adds it and notifies; null, a member and a shape instance of another scene change nothing.
   void AddShapeInstance(const du::SmartPtr<ShapeInstance>& shape);
   /// Removes it and notifies; a non-member changes nothing.
   void RemoveShapeInstance(const du::SmartPtr<ShapeInstance>& shape);
+  /// Adds a shape instance that was removed at the place it had, and notifies; otherwise as AddShapeInstance.
+  void PutBackShapeInstance(const du::SmartPtr<ShapeInstance>& shape, std::uint64_t place);
   void NotifyPaletteChanged();
 
 private:
@@ -46,7 +53,7 @@ private:
   };
 
   mutable dp::Mutex mutex_;
-  std::uint64_t nextOrder_ ZR_GUARDED_BY(mutex_) = 0;
+  std::uint64_t nextOrder_ ZR_GUARDED_BY(mutex_) = 1;
   std::map<std::uint64_t, du::SmartPtr<ShapeInstance>> inOrder_ ZR_GUARDED_BY(mutex_);
   Index<const Instance*> byInstance_ ZR_GUARDED_BY(mutex_);
   Index<std::string> byId_ ZR_GUARDED_BY(mutex_);

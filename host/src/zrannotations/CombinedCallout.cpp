@@ -114,10 +114,13 @@ CalloutSnapshot CombinedCallout::TakeSnapshot() const {
 
 void CombinedCallout::RestoreSnapshot(const CalloutSnapshot& snapshot, std::int32_t aspects) {
   if (aspects & CalloutSnapshot::Members) {
+    MemberVector previous = snapshot.members;
     {
-      MemberVector members = snapshot.members;
       const dp::MutexGuard guard(membersMutex_);
-      members_.swap(members);
+      members_.swap(previous);
+    }
+    for (const du::SmartPtr<Callout>& member : previous) {
+      if (member->GetParent() == this) member->SetParentLink(nullptr);
     }
     ReattachChildren();
   }

@@ -1,5 +1,6 @@
 #include <zritemlist/ItemList.h>
 
+#include <algorithm>
 #include <utility>
 
 #include <du/Symbol.h>
@@ -10,6 +11,7 @@
 #include <zrk/illustration/ItemsList.h>
 
 #include "ItemInstanceOperationStep.h"
+#include "ItemLeaveOperationStep.h"
 #include "ItemRemovalOperationStep.h"
 
 namespace zritemlist {
@@ -20,14 +22,30 @@ du::Symbol GetKey() {
   return du::Symbol("zritemlist::ItemList");
 }
 
-/// The hook of the process. Never destroyed: lists may outlive static objects.
+/// A hook of the process.
+template <class Function>
 struct Hook {
   dp::Mutex mutex;
-  ItemList::ListClearedHook call ZR_GUARDED_BY(mutex);
+  Function call ZR_GUARDED_BY(mutex);
+
+  void Set(Function function) {
+    const dp::MutexGuard guard(mutex);
+    call.swap(function);
+  }
+  [[nodiscard]] Function Get() {
+    const dp::MutexGuard guard(mutex);
+    return call;
+  }
 };
 
-Hook& GetHook() {
-  static Hook* const hook = new Hook;
+// Never destroyed: lists may outlive static objects.
+Hook<ItemList::ListClearedHook>& GetListClearedHook() {
+  static auto* const hook = new Hook<ItemList::ListClearedHook>;
+  return *hook;
+}
+
+Hook<ItemList::ItemRemovalHook>& GetItemRemovalHook() {
+  static auto* const hook = new Hook<ItemList::ItemRemovalHook>;
   return *hook;
 }
 
@@ -81,8 +99,11 @@ void ItemList::Register(const du::SmartPtr<zrk::Scene>& scene, const du::SmartPt
 }
 
 void ItemList::SetListClearedHook(ListClearedHook hook) {
-  const dp::MutexGuard guard(GetHook().mutex);
-  GetHook().call.swap(hook);
+  GetListClearedHook().Set(std::move(hook));
+}
+
+void ItemList::SetItemRemovalHook(ItemRemovalHook hook) {
+  GetItemRemovalHook().Set(std::move(hook));
 }
 
 void ItemList::EnterScene(zrk::Scene* scene) {
@@ -125,6 +146,31 @@ unsigned ItemList::AddInstance(const du::SmartPtr<zrk::illustration::SbomInstanc
   return change.itemId;
 }
 
+unsigned ItemList::RemoveInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
+                                  const du::SmartPtr<zrk::Operation>& operation) {
+  const zrk::CurrentOperation current(operation);
+  zrk::illustration::ItemInstanceChange change;
+  if (!items_->GetItemIdForInstance(instance, change.itemId)) return 0;
+  if (items_->GetInstanceCount(change.itemId) == 1) {
+    AnnounceRemoval(change.itemId, operation);
+    DeleteItem(change.itemId, operation);
+    return change.itemId;
+  }
+  change.changed = true;
+  change.quantityBefore = items_->GetQuantity(change.itemId);
+  change.quantityAfter = change.quantityBefore - std::min(change.quantityBefore, 1U);
+  if (items_->LeaveRow(change.itemId, instance, change.quantityAfter) && operation) {
+    operation->AddStep(zrk::MakeObject<ItemLeaveOperationStep>(items_, instance, change));
+  }
+  return change.itemId;
+}
+
+void ItemList::AnnounceRemoval(unsigned itemId, const du::SmartPtr<zrk::Operation>& operation) const {
+  const ItemRemovalHook hook = GetItemRemovalHook().Get();
+  if (!hook) return;
+  for (const auto& scene : GetScenes()) hook(scene, itemId, operation);
+}
+
 void ItemList::DeleteItem(unsigned itemId, const du::SmartPtr<zrk::Operation>& operation) {
   const zrk::CurrentOperation current(operation);
   zrk::illustration::ItemRow row;
@@ -137,12 +183,8 @@ bool ItemList::GetMatchingItem(const du::SmartPtr<zrk::illustration::SbomInstanc
 }
 
 void ItemList::ClearList(const du::SmartPtr<zrk::Operation>& operation) {
-  ListClearedHook hook;
-  {
-    const dp::MutexGuard guard(GetHook().mutex);
-    hook = GetHook().call;
-  }
-  if (hook) {
+  const zrk::CurrentOperation current(operation);
+  if (const ListClearedHook hook = GetListClearedHook().Get()) {
     for (const auto& scene : GetScenes()) hook(scene, operation);
   }
   const zrk::Observable::UpdateGroup update(items_);

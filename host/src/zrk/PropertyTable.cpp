@@ -55,6 +55,18 @@ bool PropertyTable::Remove(const Key& key) {
   return true;
 }
 
+bool PropertyTable::RemoveValue(const Key& key, const du::Symbol& shapeSource) {
+  const dp::MutexGuard guard(mutex_);
+  return properties_.erase({Resolve(key.group), key.name, shapeSource}) != 0;
+}
+
+std::optional<du::Symbol> PropertyTable::GetValue(const Key& key, const du::Symbol& shapeSource) const {
+  const dp::MutexGuard guard(mutex_);
+  const auto exact = properties_.find({Resolve(key.group), key.name, shapeSource});
+  if (exact == properties_.end()) return std::nullopt;
+  return exact->second->GetValue();
+}
+
 du::SmartPtr<Property> PropertyTable::Find(const Key& key, const du::Symbol& shapeSource) const {
   const dp::MutexGuard guard(mutex_);
   const auto exact = properties_.find({Resolve(key.group), key.name, shapeSource});

@@ -56,13 +56,35 @@ std::vector<du::SmartPtr<ShapeInstance>> ShapeScene::GetShapeInstances() const {
   return shapes;
 }
 
+std::vector<du::SmartPtr<ShapeInstance>> ShapeScene::GetShapeInstances(const du::SmartPtr<Instance>& instance) const {
+  std::vector<du::SmartPtr<ShapeInstance>> shapes;
+  if (!instance) return shapes;
+  const Instance* key = instance.Get();
+  const dp::MutexGuard guard(mutex_);
+  for (auto entry = byInstance_.lower_bound({key, 0}); entry != byInstance_.end() && entry->first.first == key; ++entry) {
+    shapes.push_back(entry->second);
+  }
+  return shapes;
+}
+
+std::uint64_t ShapeScene::GetPlace(const du::SmartPtr<ShapeInstance>& shape) const {
+  const dp::MutexGuard guard(mutex_);
+  const auto member = members_.find(shape.Get());
+  return member == members_.end() ? 0 : member->second.order;
+}
+
 void ShapeScene::AddShapeInstance(const du::SmartPtr<ShapeInstance>& shape) {
+  PutBackShapeInstance(shape, 0);
+}
+
+void ShapeScene::PutBackShapeInstance(const du::SmartPtr<ShapeInstance>& shape, std::uint64_t place) {
   if (!shape || !shape->scene_.SetIfEmpty(this)) return;
   const auto instance = shape->GetInstance();
   const std::string id = GetLeaderId(instance.Get());
   {
     const dp::MutexGuard guard(mutex_);
-    const std::uint64_t order = nextOrder_++;
+    const bool isFree = place != 0 && inOrder_.count(place) == 0;
+    const std::uint64_t order = isFree ? place : nextOrder_++;
     inOrder_.emplace(order, shape);
     members_.emplace(shape.Get(), Member{order, id});
     byInstance_.emplace(std::make_pair(instance.Get(), order), shape);

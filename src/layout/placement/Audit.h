@@ -2,6 +2,8 @@
 // Counts what a proposed placement breaks: the judge of every step of the placement and the source of the result's
 // counts.
 
+#include <vector>
+
 #include "layout/placement/Scene.h"
 
 namespace zrcallouts::placement {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "layout/placement/FreePlacement.h"
+#include "layout/placement/NearMisses.h"
 #include "layout/placement/SideSweeps.h"
 #include "layout/placement/SlotMatching.h"
 
@@ -28,6 +29,7 @@ SpotList PlacementSearch::Run() {
   PlaceFreely(scene_, best_);
   bestTally_ = Audit(scene_, best_);
   if (bestTally_.labelsOverModel > 0) MoveTroublemakers();
+  ShiftNearMisses(scene_, best_);
   return best_;
 }
 

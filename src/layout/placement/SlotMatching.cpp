@@ -33,6 +33,8 @@ public:
 
 private:
   void Assign();
+  [[nodiscard]] CostMatrix Costs(const std::vector<Seat>& seats) const;
+  void Take(std::vector<Seat> seats, const Assignment& assignment);
   [[nodiscard]] double CostOf(const Item& item, const Seat& seat) const;
   void Keep();
 
@@ -64,14 +66,15 @@ double Matcher::CostOf(const Item& item, const Seat& seat) const {
   return cost;
 }
 
-/// Deals the seats out anew: at the first time all slots, later those that are taken.
-void Matcher::Assign() {
-  std::vector<Seat> seats = std::move(seating_.seats.empty() ? seating_.free : seating_.seats);
+CostMatrix Matcher::Costs(const std::vector<Seat>& seats) const {
   CostMatrix costs(seating_.items.size(), seats.size());
   for (std::size_t row = 0; row < costs.Rows(); ++row)
     for (std::size_t column = 0; column < costs.Columns(); ++column)
       costs.Set(row, column, kCostUnits * CostOf(scene_.items[seating_.items[row]], seats[column]));
-  const Assignment assignment = MinCostAssignment(costs, std::move(potentials_));
+  return costs;
+}
+
+void Matcher::Take(std::vector<Seat> seats, const Assignment& assignment) {
   potentials_.clear();
   seating_.seats.clear();
   std::vector<bool> taken(seats.size(), false);
@@ -83,6 +86,13 @@ void Matcher::Assign() {
   seating_.free.clear();
   for (std::size_t column = 0; column < seats.size(); ++column)
     if (!taken[column]) seating_.free.push_back(seats[column]);
+}
+
+/// Deals the seats out anew: at the first time all slots, later those that are taken.
+void Matcher::Assign() {
+  std::vector<Seat> seats = std::move(seating_.seats.empty() ? seating_.free : seating_.seats);
+  const Assignment assignment = MinCostAssignment(Costs(seats), std::move(potentials_));
+  Take(std::move(seats), assignment);
 }
 
 void Matcher::Keep() {

@@ -57,6 +57,7 @@ public:
   [[nodiscard]] bool GetItemized(unsigned itemId) const;
   /// Inserts the item's instances into the set.
   void GetInstances(unsigned itemId, std::set<du::SmartPtr<SbomInstance>>& instances) const;
+  [[nodiscard]] std::size_t GetInstanceCount(unsigned itemId) const;
   [[nodiscard]] unsigned GetIndex(unsigned itemId) const;
   [[nodiscard]] std::vector<std::uint32_t> GetHierarchyIndex(unsigned itemId) const;
   void GetNumberingSettings(Numbering& numbering) const;

@@ -71,6 +71,7 @@ private:
                                            const du::SmartPtr<Instance>& ebom);
   [[nodiscard]] std::string TakeSegment(const std::string& name);
   void AddChild(const du::SmartPtr<SbomInstance>& child);
+  void PutBackChild(const du::SmartPtr<SbomInstance>& child, std::size_t position);
   bool RemoveChild(const du::SmartPtr<SbomInstance>& child);
   void Detach(const SbomInstance* parent);
   void SetBelowWeld(bool below);

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 
 #include <dp/Mutex.h>
 #include <du/Export.h>
 #include <du/SmartPtr.h>
 #include <du/Symbol.h>
+#include <zrk/PropertyTable.h>
 #include <zrk/illustration/BaseTree.h>
 
 namespace zrk {
@@ -42,9 +45,18 @@ public:
   /// Takes the instance and what is below it out of the tree; an instance of another tree changes nothing.
   void RemoveInstance(const du::SmartPtr<SbomInstance>& instance);
 
+  /// Brings an instance that was removed back, with what is below it, as the child of `parent` at that position. False
+  /// when the parent is not in the tree or something of that id is.
+  bool PutBackInstance(const du::SmartPtr<SbomInstance>& parent, std::size_t position,
+                       const du::SmartPtr<SbomInstance>& instance);
+
   /// Stores a property value; an empty group is the instance's default group.
   void SetProperty(const du::SmartPtr<SbomInstance>& instance, const du::Symbol& group, const du::Symbol& name,
                    const du::Symbol& value, const du::Symbol& shapeSource);
+  /// Stores the value for the shape source, or takes it out when there is none. Besides what an added or removed
+  /// property sends, observers hear of a changed property in the same update: whatever shows it is out of date.
+  void SetPropertyValue(const du::SmartPtr<SbomInstance>& instance, const PropertyTable::Key& key,
+                        const du::Symbol& shapeSource, const std::optional<du::Symbol>& value);
   void RemoveProperty(const du::SmartPtr<SbomInstance>& instance, const du::Symbol& group, const du::Symbol& name);
   /// Says which group an empty group symbol stands for; a property-group change for the observers.
   void SetDefaultPropertyGroup(const du::SmartPtr<SbomInstance>& instance, const du::Symbol& group);

@@ -115,6 +115,12 @@ void ItemsList::GetInstances(unsigned itemId, std::set<du::SmartPtr<SbomInstance
   if (const ItemRow* row = rows_.Find(itemId)) instances.insert(row->instances.begin(), row->instances.end());
 }
 
+std::size_t ItemsList::GetInstanceCount(unsigned itemId) const {
+  const dp::MutexGuard guard(mutex_);
+  const ItemRow* row = rows_.Find(itemId);
+  return row ? row->instances.size() : 0;
+}
+
 void ItemsList::GetNumberingSettings(Numbering& numbering) const {
   const dp::MutexGuard guard(mutex_);
   numbering = numbering_;

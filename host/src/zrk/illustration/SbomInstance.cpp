@@ -76,6 +76,16 @@ void SbomInstance::AddChild(const du::SmartPtr<SbomInstance>& child) {
   child->SetBelowWeld(weld_ || belowWeld_);
 }
 
+void SbomInstance::PutBackChild(const du::SmartPtr<SbomInstance>& child, std::size_t position) {
+  child->parent_.Set(this);
+  {
+    const dp::MutexGuard guard(mutex_);
+    const auto place = static_cast<std::ptrdiff_t>(std::min(position, children_.size()));
+    children_.insert(children_.begin() + place, child);
+  }
+  child->SetBelowWeld(weld_ || belowWeld_);
+}
+
 bool SbomInstance::RemoveChild(const du::SmartPtr<SbomInstance>& child) {
   {
     const dp::MutexGuard guard(mutex_);

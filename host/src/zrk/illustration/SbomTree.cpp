@@ -118,6 +118,38 @@ void SbomTree::RemoveInstance(const du::SmartPtr<SbomInstance>& instance) {
   NotifyChange([&instance](SbomTreeObserver& observer) { observer.OnRemoveInstance(instance); });
 }
 
+bool SbomTree::PutBackInstance(const du::SmartPtr<SbomInstance>& parent, std::size_t position,
+                               const du::SmartPtr<SbomInstance>& instance) {
+  if (!Contains(parent) || !instance || FindInstance(instance->GetId().GetString())) return false;
+  parent->PutBackChild(instance, position);
+  std::map<std::string, du::SmartPtr<SbomInstance>> returned;
+  VisitBelow(instance, [&](const du::SmartPtr<SbomInstance>& back) {
+    returned.emplace(back->GetId().GetString(), back);
+  });
+  {
+    const dp::MutexGuard guard(mutex_);
+    byId_.merge(returned);
+  }
+  NotifyChange([&instance](SbomTreeObserver& observer) { observer.OnAddInstance(instance); });
+  return true;
+}
+
+void SbomTree::SetPropertyValue(const du::SmartPtr<SbomInstance>& instance, const PropertyTable::Key& key,
+                                const du::Symbol& shapeSource, const std::optional<du::Symbol>& value) {
+  if (!Contains(instance)) return;
+  PropertyTable& table = instance->properties_;
+  if (table.GetValue(key, shapeSource) == value) return;
+  const UpdateGroup update(*this);
+  if (value) {
+    SetProperty(instance, key.group, key.name, *value, shapeSource);
+  } else {
+    table.RemoveValue(key, shapeSource);
+    const bool isGone = !table.Find(key, du::Symbol::EMPTY);
+    if (isGone) NotifyEach([&](SbomTreeObserver& observer) { observer.OnRemoveProperty(instance, key.group, key.name); });
+  }
+  NotifyEach([&](SbomTreeObserver& observer) { observer.OnPropertyChanged(instance, key.group, key.name); });
+}
+
 void SbomTree::SetProperty(const du::SmartPtr<SbomInstance>& instance, const du::Symbol& group, const du::Symbol& name,
                            const du::Symbol& value, const du::Symbol& shapeSource) {
   if (!Contains(instance)) return;
