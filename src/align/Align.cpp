@@ -189,6 +189,7 @@ void Align::SortAlongPrimary() {
 }
 
 bool Align::Execute(const std::vector<dg::DPoint3D>& points) {
+  slanted_ = false;
   if (!CollectData(points)) return false;
   dg::DMat44 pixelToObject = m_ObjToPx;
   pixelToObject.Invert();

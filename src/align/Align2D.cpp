@@ -103,6 +103,7 @@ void Align2D::CollectPageSize() {
 }
 
 bool Align2D::Execute(const std::vector<dg::DPoint2D>& points) {
+  slanted_ = false;
   if (!CollectData(points)) return false;
   std::vector<Move> moves;
   for (std::size_t i = 0; i < callouts_.size(); ++i) {

@@ -32,7 +32,8 @@ public:
   [[nodiscard]] std::vector<du::SmartPtr<ShapeInstance>> GetShapeInstances() const;
 
   /// The shape instances of that instance in the order in which they were added.
-  [[nodiscard]] std::vector<du::SmartPtr<ShapeInstance>> GetShapeInstances(const du::SmartPtr<Instance>& instance) const;
+  [[nodiscard]] std::vector<du::SmartPtr<ShapeInstance>> GetShapeInstances(
+      const du::SmartPtr<Instance>& instance) const;
   /// Where the shape instance stands in the order of addition, for PutBackShapeInstance; 0 for a non-member.
   [[nodiscard]] std::uint64_t GetPlace(const du::SmartPtr<ShapeInstance>& shape) const;
 

@@ -120,7 +120,7 @@ void CombinedCallout::RestoreSnapshot(const CalloutSnapshot& snapshot, std::int3
       members_.swap(previous);
     }
     for (const du::SmartPtr<Callout>& member : previous) {
-      if (member->GetParent() == this) member->SetParentLink(nullptr);
+      if (member->GetParent().Get() == this) member->SetParentLink(nullptr);
     }
     ReattachChildren();
   }

@@ -61,7 +61,8 @@ std::vector<du::SmartPtr<ShapeInstance>> ShapeScene::GetShapeInstances(const du:
   if (!instance) return shapes;
   const Instance* key = instance.Get();
   const dp::MutexGuard guard(mutex_);
-  for (auto entry = byInstance_.lower_bound({key, 0}); entry != byInstance_.end() && entry->first.first == key; ++entry) {
+  for (auto entry = byInstance_.lower_bound({key, 0}); entry != byInstance_.end() && entry->first.first == key;
+       ++entry) {
     shapes.push_back(entry->second);
   }
   return shapes;

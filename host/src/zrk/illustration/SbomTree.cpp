@@ -123,9 +123,8 @@ bool SbomTree::PutBackInstance(const du::SmartPtr<SbomInstance>& parent, std::si
   if (!Contains(parent) || !instance || FindInstance(instance->GetId().GetString())) return false;
   parent->PutBackChild(instance, position);
   std::map<std::string, du::SmartPtr<SbomInstance>> returned;
-  VisitBelow(instance, [&](const du::SmartPtr<SbomInstance>& back) {
-    returned.emplace(back->GetId().GetString(), back);
-  });
+  VisitBelow(instance,
+             [&](const du::SmartPtr<SbomInstance>& back) { returned.emplace(back->GetId().GetString(), back); });
   {
     const dp::MutexGuard guard(mutex_);
     byId_.merge(returned);
@@ -145,7 +144,8 @@ void SbomTree::SetPropertyValue(const du::SmartPtr<SbomInstance>& instance, cons
   } else {
     table.RemoveValue(key, shapeSource);
     const bool isGone = !table.Find(key, du::Symbol::EMPTY);
-    if (isGone) NotifyEach([&](SbomTreeObserver& observer) { observer.OnRemoveProperty(instance, key.group, key.name); });
+    if (isGone)
+      NotifyEach([&](SbomTreeObserver& observer) { observer.OnRemoveProperty(instance, key.group, key.name); });
   }
   NotifyEach([&](SbomTreeObserver& observer) { observer.OnPropertyChanged(instance, key.group, key.name); });
 }
