@@ -12,6 +12,7 @@
 #include <zrcallouts/Align2D.h>
 #include <zrk/MakeObject.h>
 #include <zrk/illustration/PenHolder.h>
+#include <zrk/illustration2d/Callout2D.h>
 #include <zrk/illustration2d/Document2D.h>
 #include <zrk/illustration2d/PageBorder2D.h>
 #include <zrk/illustration2d/Scene2D.h>

@@ -41,13 +41,16 @@ protected:
                       .withTree = GetParam().withTree,
                       .withEngine = false}),
         applicationTree_(zrk::MakeObject<zrk::illustration::SbomTree>()) {
-    if (application_) application_->SetSbomTree(applicationTree_);
+    // There outside the authoring application too, where it must not matter.
+    if (!application_) application_ = zrk::MakeObject<zrkapp::illustration::OrreryApp>();
+    zrkapp::illustration::OrreryApp::SetOrreryApp(application_);
+    application_->SetSbomTree(applicationTree_);
   }
 
   void ExpectObservers(const WiringCase& expected, std::size_t atWorld) const {
     EXPECT_EQ(items_ ? items_->GetObserverCount() : 0, expected.atItems);
     EXPECT_EQ(world_->GetObserverCount(), atWorld);
-    EXPECT_EQ(application_ ? application_->GetObserverCount() : 0, expected.atApplication);
+    EXPECT_EQ(application_->GetObserverCount(), expected.atApplication);
     EXPECT_EQ(tree_->GetObserverCount(), expected.atSceneTree);
     EXPECT_EQ(applicationTree_->GetObserverCount(), expected.atApplicationTree);
     EXPECT_EQ(world_->GetAnnoSetTable()->GetObserverCount(), expected.atTable);

@@ -179,7 +179,8 @@ TEST_F(GeneratorFinishTest, NoSymbolsRecordNothing) {
 }
 
 TEST_F(GeneratorFinishTest, ManualCreationGoesByItemsAndLeavesShowingToTheCaller) {
-  engine_->SetTemplate(zrtest::TextTemplate("Note"));
+  engine_->SetTemplate(TemplateBuilder().Property("Data", "Mass").Build());
+  for (const char* name : {"bolt", "bolt#2", "weld"}) SetProperty(name, "Data", "Mass", name);
   const auto generator = MakeGenerator();
   OperationPtr operation;
   generator->CreateManuallyOnSelected(Select({"bolt", "bolt#2", "weld/rib"}), operation);
@@ -196,7 +197,7 @@ TEST_F(GeneratorFinishTest, ManualCreationGoesByItemsAndLeavesShowingToTheCaller
   ASSERT_TRUE(items_->GetRow(1, row));
   EXPECT_TRUE(row.addedByHand);
   generator->ShowCreatedCallouts(operation);
-  EXPECT_EQ(Describe(), Names({"Note: bolt", "Note: bolt#2", "Note: weld"}));
+  EXPECT_EQ(Describe(), Names({"bolt: bolt", "bolt#2: bolt#2", "weld: weld"}));
   operation->Undo();
   EXPECT_EQ(Describe(), Names());
   EXPECT_TRUE(items_->GetItemIds().empty());
@@ -238,7 +239,7 @@ struct Sight : zrk::PickService {
   bool FindVisiblePoint(const du::SmartPtr<zrk::ShapeView>&, const du::SmartPtr<zrk::ShapeInstance>& shape,
                         dg::DPoint3D& point) override {
     if (visible.count(shape) == 0) return false;
-    point = shape->GetLocation().GetPosition();
+    point = shape->GetLocation().GetPos();
     point.z += 0.5;
     return true;
   }
@@ -295,7 +296,7 @@ TEST_F(GeneratorFinishTest, LabelsStandBesideTheModelAndApartFromEachOther) {
   zrcontext::Context2D context;
   std::vector<dg::DBox> boxes;
   for (const auto& shape : scene_->GetShapeInstances()) {
-    const dg::DPoint3D centre = shape->GetLocation().GetPosition() * camera.GetObjectToPixel();
+    const dg::DPoint3D centre = shape->GetLocation().GetPos() * camera.GetObjectToPixel();
     boxes.push_back({{centre.x - 6, centre.y - 6, 0}, {centre.x + 6, centre.y + 6, 0}});
   }
   const std::size_t shapes = boxes.size();

@@ -115,7 +115,6 @@ INSTANTIATE_TEST_SUITE_P(
             RunCase{"NewItemsInSelectionOrder", {"nut", "bolt"}, {"1: nut", "2: bolt"}},
             RunCase{"SelectedTwice", {"nut", "nut"}, {"1: nut"}},
             RunCase{"EntriesWithoutInstance", {"", "nut", ""}, {"1: nut"}},
-            RunCase{"OnlyEntriesWithoutInstance", {"", ""}, {}, {}, Same::Apart, Template::Number, {}, 0},
             RunCase{"NothingSelected", {}, {}, {}, Same::Apart, Template::Number, {}, 0},
             RunCase{"NoTemplate", {"nut"}, {}, {}, Same::Apart, Template::None, {}, 0},
             RunCase{"WeldMembersToTheirWeld", {"weld/rib", "weld/plate"}, {"1: weld"}},
@@ -259,7 +258,7 @@ TEST_F(RunTest, AFailingAllocationLeavesNothingHalfDoneBehind) {
     itemList_->ClearList(nullptr);
     ASSERT_TRUE(CalloutsOn(PartOf("bolt")).empty()) << successes;
   }
-  EXPECT_GE(faults, 5u);  // task, generator, operation and two callouts
+  EXPECT_GE(faults, 4u);  // generator, operation and two callouts
   Run(selection);
   EXPECT_EQ(Describe().size(), 2u);
 }

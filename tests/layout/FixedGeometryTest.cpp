@@ -45,7 +45,7 @@ TEST(FixedGeometry, SegmentEntersTheInteriorOfABoxOnly) {
   const FixedBox box{10, 10, 20, 20};
   const std::tuple<FixedPoint, FixedPoint, bool> cases[] = {
       {{0, 15}, {30, 15}, true},  {{12, 12}, {18, 18}, true}, {{0, 0}, {11, 11}, true},  {{0, 10}, {30, 10}, false},
-      {{0, 20}, {20, 0}, false},   {{0, 20}, {20, 40}, false}, {{0, 10}, {10, 0}, false}, {{20, 0}, {20, 40}, false},
+      {{0, 20}, {20, 0}, false},  {{0, 20}, {20, 40}, false}, {{0, 10}, {10, 0}, false}, {{20, 0}, {20, 40}, false},
       {{0, 19}, {11, 30}, false}, {{5, 10}, {10, 15}, false},
   };
   for (const auto& [a, b, enters] : cases)

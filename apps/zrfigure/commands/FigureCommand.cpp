@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "commands/FigureComposer.h"
+#include "commands/FigurePages.h"
 #include "commands/FigurePlan.h"
 #include "commands/HostProcess.h"
 #include "commands/HostSession.h"
@@ -17,7 +18,6 @@
 #include "commands/Report.h"
 #include "commands/Selection.h"
 #include "drawing/FigureExport.h"
-#include "drawing/SvgWriter.h"
 #include "import/ImportProcess.h"
 
 namespace zrfigure {
@@ -78,20 +78,6 @@ std::vector<int> SelectOrFail(const OccurrenceTree& tree, const Options& options
   return selected;
 }
 
-/// The parts list that planned rows will yield, for dividing the page.
-std::vector<ItemState> PlannedItems(const std::vector<PlannedRow>& rows) {
-  std::vector<ItemState> items;
-  for (const PlannedRow& row : rows) {
-    ItemState item;
-    item.id = static_cast<unsigned>(items.size() + 1);
-    item.number = JoinPath(row.path);
-    item.quantity = static_cast<unsigned>(row.occurrences.size());
-    item.occurrences = row.occurrences;
-    items.push_back(std::move(item));
-  }
-  return items;
-}
-
 /// What a run left in the host, as plain values.
 struct RunResult {
   std::vector<CalloutState> callouts;
@@ -132,7 +118,6 @@ public:
 private:
   [[nodiscard]] Picture PlanPicture() const;
   [[nodiscard]] RunResult CreateCallouts(const Picture& picture);
-  [[nodiscard]] std::vector<std::string> WritePages(Figure figure, const PartsList& list) const;
   void AddOutputs(const std::vector<std::string>& pages, const PartsList& list);
   [[nodiscard]] Report MakeReport(const RunResult& result, const FigureInput& input, const Figure& figure,
                                   const Box2& modelBox) const;
@@ -173,23 +158,6 @@ RunResult FigureRun::CreateCallouts(const Picture& picture) {
   result.callouts = session.GetCallouts();
   result.items = session.GetItems();
   return result;
-}
-
-std::vector<std::string> FigureRun::WritePages(Figure figure, const PartsList& list) const {
-  PagePlan plan = PlanPageWithList(options_.page, list, options_.language, text_);
-  figure.title = model_.sourceName;
-  figure.page = options_.page;
-  if (const double weight = LeaderWeightMm(definition_); weight > 0) figure.lineWidths.leader = weight;
-  figure.table = std::move(plan.table);
-  std::vector<std::string> pages{WriteSvg(figure)};
-  for (PartsTable& table : plan.furtherPages) {
-    Figure page;
-    page.title = figure.title;
-    page.page = figure.page;
-    page.table = std::move(table);
-    pages.push_back(WriteSvg(page));
-  }
-  return pages;
 }
 
 void FigureRun::AddOutputs(const std::vector<std::string>& pages, const PartsList& list) {
@@ -240,7 +208,8 @@ Report FigureRun::Run() {
   const FigureInput input{tree_, picture.view, picture.ids, lines, result.callouts, result.items, text_};
   const Figure figure = ComposeFigure(input);
   const PartsList list = ComposePartsList(tree_, result.items);
-  AddOutputs(WritePages(figure, list), list);
+  const PageSetup setup{model_.sourceName, options_.page, options_.language, LeaderWeightMm(definition_)};
+  AddOutputs(WritePages(figure, list, setup, text_), list);
   Report report = MakeReport(result, input, figure, picture.modelBox);
   std::string error;
   if (!outputs_.Commit(error)) throw CommandFailure{error};

@@ -227,6 +227,7 @@ LeaderState HostSession::Describe(const zrannotations::CalloutLeader& leader) co
   state.anchor = ToVec3(leader.GetAnchor());
   for (const dg::DPoint3D& bend : leader.GetBendPoints()) state.bends.push_back(ToVec3(bend));
   state.hidden = leader.IsHidden();
+  state.visible = leader.IsVisible();
   return state;
 }
 

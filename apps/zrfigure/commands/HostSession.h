@@ -40,6 +40,7 @@ struct LeaderState {
   Vec3 anchor;
   std::vector<Vec3> bends;  ///< From anchor to label.
   bool hidden = false;
+  bool visible = true;  ///< Whether what it is anchored on is shown.
 };
 
 /// A callout as it stands.
@@ -103,6 +104,13 @@ public:
   [[nodiscard]] std::vector<CalloutState> GetCallouts() const;
   /// In the order of the list.
   [[nodiscard]] std::vector<ItemState> GetItems() const;
+
+  /// The host's side of the session, for edits of the scene.
+  [[nodiscard]] const du::SmartPtr<zrk::illustration::Illustration3dScene>& GetScene() const { return scene_; }
+  [[nodiscard]] const du::SmartPtr<zrk::illustration::Illustration3dView>& GetView() const { return view_; }
+  [[nodiscard]] const du::SmartPtr<zritemlist::ItemList>& GetItemList() const { return itemList_; }
+  [[nodiscard]] const du::SmartPtr<zrcallouts::Callouts>& GetEngine() const { return engine_; }
+  [[nodiscard]] const HostStructure& GetStructure() const { return structure_; }
 
 private:
   class LabelSizes;

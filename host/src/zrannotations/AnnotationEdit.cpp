@@ -143,7 +143,7 @@ bool AnnotationEdit::RemoveSymbol(const ScenePtr& scene, const du::SmartPtr<Symb
                                   const OperationPtr& operation) {
   if (!Delete(scene, symbol, operation)) return false;
   const zrk::CurrentOperation current(operation);
-  const ShapeVector shapes = scene->ShapeScene::GetShapeInstances(symbol->GetInstance());
+  const ShapeVector shapes = scene->GetShapeInstances(symbol->GetInstance());
   if (!shapes.empty()) zrk::ShapePresenceStep::Remove(scene, shapes, operation);
   return true;
 }

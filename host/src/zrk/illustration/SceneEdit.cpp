@@ -83,7 +83,7 @@ Symbols FindSymbols(const ScenePtr& scene, const Parts& parts) {
 
 void AppendShapes(const ScenePtr& scene, const du::SmartPtr<zrk::Instance>& instance,
                   ShapePresenceStep::Shapes& shapes) {
-  const auto more = scene->ShapeScene::GetShapeInstances(instance);
+  const auto more = scene->GetShapeInstances(instance);
   shapes.insert(shapes.end(), more.begin(), more.end());
 }
 

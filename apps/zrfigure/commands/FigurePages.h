@@ -1,0 +1,30 @@
+#pragma once
+// From a composed figure and its parts list to the pages of a document.
+
+#include <string>
+#include <vector>
+
+#include "commands/HostSession.h"
+#include "commands/RowPlan.h"
+#include "drawing/Figure.h"
+#include "drawing/PartsList.h"
+#include "drawing/TextMeasure.h"
+
+namespace zrfigure {
+
+/// The items that planned rows will yield, for dividing the page before there are any.
+[[nodiscard]] std::vector<ItemState> PlannedItems(const std::vector<PlannedRow>& rows);
+
+/// What all pages of a document have in common.
+struct PageSetup {
+  std::string title;
+  Page page;
+  std::string language;
+  double leaderWeightMm = 0;  ///< 0: the usual one.
+};
+
+/// The figure with as much of the parts list as has room beside it, then pages with the rest, each an SVG document.
+[[nodiscard]] std::vector<std::string> WritePages(Figure figure, const PartsList& list, const PageSetup& setup,
+                                                  const TextMeasure& text);
+
+}  // namespace zrfigure
