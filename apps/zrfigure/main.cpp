@@ -7,10 +7,16 @@
 
 #include "commands/FigureCommand.h"
 #include "commands/Options.h"
+#include "script/ScriptRunner.h"
 
 int main(int argc, char** argv) {
   try {
-    const zrfigure::ParsedOptions parsed = zrfigure::ParseOptions(std::vector<std::string>(argv + 1, argv + argc));
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (!arguments.empty() && arguments.front() == "run") {
+      arguments.erase(arguments.begin());
+      return zrfigure::RunScriptCommand(arguments);
+    }
+    const zrfigure::ParsedOptions parsed = zrfigure::ParseOptions(arguments);
     std::fputs(parsed.output.c_str(), stdout);
     if (parsed.options) return zrfigure::RunFigureCommand(*parsed.options);
     if (parsed.error.empty()) return zrfigure::kExitDone;

@@ -186,7 +186,7 @@ TEST_F(AlignTest, ASlantedLineEndsWhereLabelsWouldLeaveThePage) {
   const Case cases[] = {
       {"both ends", {{0, 0}, {200, 100}}, {{5, 5}, {195, 95}, {90, 60}}, {{73.75, 15}, {126.25, 85}, {101.2, 51.6}}},
       {"a label outside", {{0, 0}, {200, 94}}, {{5, 5}, {195, 95}}, {{44.2, -24.4}, {155.8, 124.4}}},
-      {"a narrow page far out", {{100, 0}, {130, 100}}, {{100, 0}, {130, 100}}, {{85.6, 10.8}, {144.4, 89.2}}},
+      {"a narrow page far out", {{100, 0}, {130, 100}}, {{101, 1}, {129, 99}}, {{86.44, 11.92}, {143.56, 88.08}}},
       {"no page", dg::DBox2D::EMPTY, {{5, 5}, {195, 95}}, {{44.2, -24.4}, {155.8, 124.4}}},
   };
   for (const Case& example : cases) {

@@ -24,7 +24,8 @@ constexpr const char* kExamples =
     "  zrfigure pump.step -o pump.pdf --parts pump.csv --page A3\n"
     "  zrfigure pump.glb --view front --template number-name --per-instance\n"
     "  zrfigure pump.step --select 'bolt*' --select 'housing/**' --combine\n"
-    "  zrfigure pump.step --level 1 --numbering hierarchical --lang de\n";
+    "  zrfigure pump.step --level 1 --numbering hierarchical --lang de\n"
+    "  zrfigure run steps.zrf      (commands step by step; zrfigure run --help lists them)\n";
 
 /// A figure smaller than this has no room for a model and its labels.
 constexpr double kMinInsideMm = 40;

@@ -1,7 +1,7 @@
 // Candidate positions lie on a raster over the page that gets coarser with the number of labels, so that the number of
 // tests is bounded. They are tried in the order of their distance, and grid indexes answer what stands near: a position
-// must be free of labels and obstacles; of the free ones the first without conflicts is taken, else the one with
-// fewest.
+// must be free of labels and obstacles; of the nearest free ones the first without conflicts is taken, else the one
+// with fewest.
 #include "layout/placement/FreePlacement.h"
 
 #include <algorithm>
@@ -38,6 +38,7 @@ private:
   SpotList& spots_;
   GridIndex obstacles_, labels_, leaders_, anchors_;
   Coord stepsAcross_ = 0;
+  std::size_t mostFree_ = 0;  ///< Free positions to look at for one label.
   mutable std::vector<std::uint32_t> near_;
 };
 
@@ -51,6 +52,7 @@ FreeSpace::FreeSpace(const Scene& scene, SpotList& spots, std::size_t waiting)
   constexpr double kTests = 4.0e5, kFinest = 128, kCoarsest = 12;
   stepsAcross_ = static_cast<Coord>(
       std::clamp(std::sqrt(kTests / static_cast<double>(std::max<std::size_t>(1, waiting))), kCoarsest, kFinest));
+  mostFree_ = std::max<std::size_t>(200, 60000 / std::max<std::size_t>(1, waiting));
   for (std::uint32_t k = 0; k < scene.obstacles.size(); ++k) obstacles_.InsertBox(k, scene.obstacles[k]);
   for (std::uint32_t i = 0; i < spots.size(); ++i) {
     for (const FixedPoint anchor : scene.items[i].anchors) anchors_.InsertSegment(i, anchor, anchor);
@@ -124,9 +126,11 @@ std::vector<FreeSpace::Candidate> FreeSpace::Candidates(const Item& item, bool o
 bool FreeSpace::Place(std::size_t i, bool offModel) {
   const Item& item = scene_.items[i];
   int fewest = std::numeric_limits<int>::max();
+  std::size_t tried = 0;
   LabelSpot best;
   for (const Candidate& candidate : Candidates(item, offModel)) {
     if (!IsFree(candidate.box)) continue;
+    if (++tried > mostFree_) break;
     const FixedPoint attach = NearestInBox(item.focus, candidate.box);
     const LabelSpot spot{true, candidate.box, attach, attach};
     const int conflicts = Conflicts(i, spot);
