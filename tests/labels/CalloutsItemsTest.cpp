@@ -83,12 +83,15 @@ TEST_F(CalloutsItemsTest, ARemovedItemLeavesTheRestOfACombinedCallout) {
 TEST_F(CalloutsItemsTest, RemovalInsideAnOperationIsTakenBackWithIt) {
   const auto pair = MakeCombined({Numbered(bolt_, boltItem_), Numbered(nut_, nutItem_)});
   Add(pair);
+  const auto referenced = Numbered(bolt_, boltItem_);
+  scene_->GetAnnoSet()->AddReferencedAnnotation(referenced);
   const auto operation = zrk::MakeObject<zrk::Operation>("remove", scene_, true);
   engine_->OnItemRemoved(boltItem_, operation);
   zrk::RecordOperation(operation);
   EXPECT_FALSE(IsIn(bolt1_) || IsIn(bolt2_) || IsIn(pair));
   ASSERT_TRUE(zrk::UndoHistory::Undo(scene_));
   EXPECT_TRUE(IsIn(bolt1_) && IsIn(bolt2_) && IsIn(pair));
+  EXPECT_TRUE(IsIn(referenced));  // its removal was an ordinary one
   EXPECT_TRUE(IsObserved(bolt1_));
   EXPECT_TRUE(items_->IsIndicated(boltItem_));
 }

@@ -190,6 +190,11 @@ TEST_F(CalloutsTextTest, ATreeUpdateRebuildsLabelsOnceAndOnlyAfterPropertyChange
   EXPECT_EQ(rebuilds([&] { structure_->AddPart(structure_->Root(), "washer"); }), 0u);
   EXPECT_EQ(rebuilds([&] { tree_->RemoveProperty(nut_.sbom, "Data", "Size"); }), 0u);
   EXPECT_EQ(rebuilds([&] { tree_->DestroyTree(); }), 0u);
+  const auto root = tree_->CreateRoot("another", nullptr);  // a destroyed tree is no longer listened to
+  EXPECT_EQ(rebuilds([&] {
+              for (const char* value : {"1", "2"}) tree_->SetProperty(root, "Data", "Size", value, "");
+            }),
+            0u);
 }
 
 class AuthoringTextTest : public CalloutsTextTest {

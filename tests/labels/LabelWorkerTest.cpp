@@ -179,8 +179,9 @@ TEST_F(LabelWorkerTest, TheSceneSaysWhatAMissingPropertyShows) {
   EXPECT_EQ(LabelOf({"", kMissing, ""}), "<n/a*>");
   EXPECT_EQ(LabelOf({"", kMissing, "", On::Nothing}), "<n/a*>");
   EXPECT_EQ(LabelOf({"", kMissing, "", On::NoCallout}), "<n/a*>");
-  EXPECT_EQ(LabelOf({"", kMissing, "", On::Bolt, true, true, true}), "<n/a*>");  // not escaped
-  EXPECT_EQ(LabelOf({"", kMissing, "", On::Bolt, false}), "\\<\\>");             // a 2D label asks for no property
+  EXPECT_EQ(LabelOf({"", TemplateBuilder().Literal("a").Property("Data", ""), ""}), "a");  // names no property at all
+  EXPECT_EQ(LabelOf({"", kMissing, "", On::Bolt, true, true, true}), "<n/a*>");            // not escaped
+  EXPECT_EQ(LabelOf({"", kMissing, "", On::Bolt, false}), "\\<\\>");  // a 2D label asks for no property
 }
 
 class MissingInAuthoringTest : public LabelWorkerTest {

@@ -127,20 +127,20 @@ void PlacementSearch::MatchInside() {
 void PlacementSearch::SweepOutside() {
   const FixedBox frame = scene_.model.Grown(scene_.clearance);
   for (const Coord gap : {scene_.gap, scene_.gap / 2}) {
-    for (const Coord growth : {Coord{0}, scene_.clearance * 3 / 2, scene_.clearance * 3}) {
+    for (const Coord growth : {Coord{0}, scene_.clearance, scene_.clearance * 2, scene_.clearance * 3}) {
       SweepRings(frame.Grown(growth), gap);
       if (AllSeated()) return;
     }
   }
 }
 
-/// Tries more and more rings until more of them help no longer.
+/// Tries more and more rings until more of them help no longer; while labels are without a place it tries once more.
 void PlacementSearch::SweepRings(const FixedBox& frame, Coord gap) {
   RingPlan bestPlan;
   double bestStacking = 0;
-  for (int rings = 1; rings <= scene_.maxRings; ++rings) {
+  for (int rings = 1, idle = 0; rings <= scene_.maxRings && idle < (AllSeated() ? 1 : 2); ++rings) {
     bool better = false;
-    for (const int columns : {1, 2}) {
+    for (const int columns : {1, 2, 3}) {
       if (columns > rings) continue;
       for (const double stacking : {1.0, 1.2}) {
         const RingPlan plan = PlanAround(frame, rings, columns, gap);
@@ -150,7 +150,7 @@ void PlacementSearch::SweepRings(const FixedBox& frame, Coord gap) {
         bestStacking = stacking;
       }
     }
-    if (!better && rings > 1) break;
+    idle = better || rings == 1 ? 0 : idle + 1;
   }
   if (bestStacking > 0 && AllSeated() && severalLeaders_ && bestTally_.crossings > 0)
     Consider(SweepAndUntangle(scene_, bestPlan, bestStacking));
