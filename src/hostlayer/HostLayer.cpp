@@ -4,8 +4,8 @@
 #include <zrannotations/Inset.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zrk/BaseInstance.h>
-#include <zrk/CurrentOperation.h>
 #include <zrk/ComponentInstance.h>
+#include <zrk/CurrentOperation.h>
 #include <zrk/Instance.h>
 #include <zrk/MultiRootContainer.h>
 #include <zrk/Operation.h>
@@ -67,7 +67,9 @@ bool IsLabelFreeInModelSpace(const CalloutPtr& callout) {
   return callout && callout->GetLabelPlacementState() == kFreeInModelSpace;
 }
 
-bool IsLabelRelativeToScreen(const CalloutPtr& callout) { return callout && callout->IsLabelRelativeToScreen(); }
+bool IsLabelRelativeToScreen(const CalloutPtr& callout) {
+  return callout && callout->IsLabelRelativeToScreen();
+}
 
 dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout) {
   if (!callout) return dg::DPoint3D::ORIGIN;
@@ -83,7 +85,9 @@ void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& 
   if (callouttemplate) callouttemplate->SetReferenceResolution(value);
 }
 
-bool IsItemTemplate(const zrk::illustration::TAnnotation& callouttemplate) { return callouttemplate.IsItemTemplate(); }
+bool IsItemTemplate(const zrk::illustration::TAnnotation& callouttemplate) {
+  return callouttemplate.IsItemTemplate();
+}
 
 std::string IdOf(const du::SmartPtr<zrk::BaseInstance>& instance) {
   return instance ? instance->GetId().GetString() : std::string();
@@ -164,19 +168,29 @@ std::string SymbolKeyOf(const du::SmartPtr<zrk::Instance>& symbol) {
   return "/" + (component ? component->GetID().GetString() : std::string());
 }
 
-bool IsCustom(const InsetPtr& inset) { return inset && inset->IsCustom(); }
+bool IsCustom(const InsetPtr& inset) {
+  return inset && inset->IsCustom();
+}
 
-bool CarriesItem(const du::SmartPtr<zrk::illustration2d::Callout2D>& callout) { return callout && callout->HasItemId(); }
+bool CarriesItem(const du::SmartPtr<zrk::illustration2d::Callout2D>& callout) {
+  return callout && callout->HasItemId();
+}
 
-du::Symbol IdPathOf(const du::Symbol& id) { return du::Symbol("/" + id.GetString()); }
+du::Symbol IdPathOf(const du::Symbol& id) {
+  return du::Symbol("/" + id.GetString());
+}
 
-bool NumbersHierarchically(const zrk::illustration::ItemsList::Numbering& numbering) { return numbering.hierarchical; }
+bool NumbersHierarchically(const zrk::illustration::ItemsList::Numbering& numbering) {
+  return numbering.hierarchical;
+}
 
 bool IsReplaying(const du::SmartPtr<zrk::ShapeScene>& scene) {
   return scene && zrk::UndoHistory::IsRunning(scene);
 }
 
-du::SmartPtr<zrk::Operation> CurrentOperation() { return zrk::CurrentOperation::Get(); }
+du::SmartPtr<zrk::Operation> CurrentOperation() {
+  return zrk::CurrentOperation::Get();
+}
 
 bool NotesAreLocalized() {
   const auto world = zrk::World::GetWorld();

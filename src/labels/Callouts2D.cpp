@@ -44,10 +44,10 @@ bool Callouts::UpdateCallout2DContent(const du::SmartPtr<Callout2D>& callout, co
   const du::SmartPtr<zrk::Scene> anyScene(scene);
   const auto itemList = zritemlist::ItemList::GetItemListForScene(anyScene);
   const auto combined = du::DynamicCast<CombinedCallout2D>(callout);
-  const std::string label =
-      combined ? CombinedCallout2D::GenerateLabelString(
-                     combined, [&](const auto& member) { return LabelOf(member, anyScene, itemList); })
-               : LabelOf(callout, anyScene, itemList);
+  const std::string label = combined
+                                ? CombinedCallout2D::GenerateLabelString(
+                                      combined, [&](const auto& member) { return LabelOf(member, anyScene, itemList); })
+                                : LabelOf(callout, anyScene, itemList);
   const du::Symbol text(label);
   if (label.empty() || textElement->GetString() == text) return false;
   callout->SetLocalizableStringText(text, false, true);

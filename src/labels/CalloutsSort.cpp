@@ -28,8 +28,8 @@ SortKey KeyOf(const du::SmartPtr<Callout>& callout, const ItemsList& items, bool
   return hierarchical ? items.GetHierarchyIndex(*itemId) : Path{items.GetIndex(*itemId)};
 }
 
-// The scan goes on after a smaller position: (1, 5) before (2, 3) counts as out of order. For flat positions this is the
-// plain comparison.
+// The scan goes on after a smaller position: (1, 5) before (2, 3) counts as out of order. For flat positions this is
+// the plain comparison.
 bool IsOutOfOrder(const Path& first, const Path& second) {
   const std::size_t shorter = std::min(first.size(), second.size());
   for (std::size_t level = 0; level < shorter; ++level) {
