@@ -1,8 +1,8 @@
 #include "visibility/VisibilityScene.h"
 
-#include <embree3/rtcore.h>
-
 #include <map>
+
+#include "visibility/EmbreeQueries.h"
 
 namespace zrfigure {
 namespace {
@@ -69,9 +69,7 @@ RTCRayHit Intersect(RTCScene scene, const RTCRay& ray) {
   query.ray = ray;
   query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
   query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-  RTCIntersectContext context;
-  rtcInitIntersectContext(&context);
-  rtcIntersect1(scene, &context, &query);
+  IntersectRay(scene, query);
   return query;
 }
 
@@ -145,9 +143,7 @@ void VisibilityScene::SetShown(std::span<const int> occurrences) {
 bool VisibilityScene::Occluded(const OcclusionQuery& query) const {
   const double near = std::max(query.tolerance, query.ownTolerance);
   RTCRay ray = MakeRay(query.point, query.toViewer, near, kInfinity);
-  RTCIntersectContext context;
-  rtcInitIntersectContext(&context);
-  rtcOccluded1(impl_->world.get(), &context, &ray);
+  OccludeRay(impl_->world.get(), ray);
   return ray.tfar < 0 || impl_->OccludedByOther(query);
 }
 

@@ -38,7 +38,11 @@ void Callout::operator delete(void* memory) noexcept {
   GetArena().Free(memory);
 }
 
-Callout::Callout() : zrk::Annotation(ConstStrings::zrCalloutLabel) {}
+Callout::Callout() : zrk::Annotation(ConstStrings::zrCalloutLabel) {
+  // A record from the start, though not in use: marks set on one thread then never exchange the handle that another
+  // thread reads.
+  localizableString_.SetEnabled(false);
+}
 
 Callout::~Callout() {
   ExchangeObserver(nullptr);
