@@ -45,7 +45,7 @@ Slot& GetSlot() {
 template <class Function>
 bool Find(void* handle, const char* name, Function& function, std::string& error) {
   function = reinterpret_cast<Function>(dlsym(handle, name));
-  if (!function) error = std::string("it has no entry point \"") + name + "\"";
+  if (!function) error.assign("it has no entry point \"").append(name).append("\"");
   return function != nullptr;
 }
 
