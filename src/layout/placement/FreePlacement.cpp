@@ -1,7 +1,8 @@
 // Candidate positions lie on a raster over the page that gets coarser with the number of labels, so that the number of
 // tests is bounded. They are tried in the order of their distance, and grid indexes answer what stands near: a position
 // must be free of labels and obstacles; of the nearest free ones the first without conflicts is taken, else the one
-// with fewest.
+// with fewest. Each label has its share of a fixed number of tests between leaders, so that a page without room for all
+// costs no more than one with room; the tests are counted, not timed, which keeps the result the same on every machine.
 #include "layout/placement/FreePlacement.h"
 
 #include <algorithm>
@@ -38,7 +39,9 @@ private:
   SpotList& spots_;
   GridIndex obstacles_, labels_, leaders_, anchors_;
   Coord stepsAcross_ = 0;
-  std::size_t mostFree_ = 0;  ///< Free positions to look at for one label.
+  std::size_t mostFree_ = 0;   ///< Free positions to look at for one label.
+  std::size_t mostTests_ = 0;  ///< Tests between two leader pieces to spend on one label.
+  mutable std::size_t tests_ = 0;
   mutable std::vector<std::uint32_t> near_;
 };
 
@@ -49,10 +52,12 @@ FreeSpace::FreeSpace(const Scene& scene, SpotList& spots, std::size_t waiting)
       labels_(scene.page, spots.size()),
       leaders_(scene.page, spots.size()),
       anchors_(scene.page, spots.size()) {
+  constexpr std::size_t kLeaderTests = 40000000;
   constexpr double kTests = 4.0e5, kFinest = 128, kCoarsest = 12;
   stepsAcross_ = static_cast<Coord>(
       std::clamp(std::sqrt(kTests / static_cast<double>(std::max<std::size_t>(1, waiting))), kCoarsest, kFinest));
   mostFree_ = std::max<std::size_t>(200, 60000 / std::max<std::size_t>(1, waiting));
+  mostTests_ = kLeaderTests / std::max<std::size_t>(1, waiting);
   for (std::uint32_t k = 0; k < scene.obstacles.size(); ++k) obstacles_.InsertBox(k, scene.obstacles[k]);
   for (std::uint32_t i = 0; i < spots.size(); ++i) {
     for (const FixedPoint anchor : scene.items[i].anchors) anchors_.InsertSegment(i, anchor, anchor);
@@ -96,7 +101,10 @@ int FreeSpace::Conflicts(std::size_t i, const LabelSpot& spot) const {
     index.CollectNearBox(spot.box, near_);
     return near_;
   };
-  for (const std::uint32_t j : nearLeaders(leaders_)) count += LeadersMeet(item, spot, scene_.items[j], spots_[j]);
+  for (const std::uint32_t j : nearLeaders(leaders_)) {
+    count += LeadersMeet(item, spot, scene_.items[j], spots_[j]);
+    tests_ += item.anchors.size() * scene_.items[j].anchors.size();
+  }
   for (const std::uint32_t j : nearLeaders(labels_)) count += LeaderEntersBox(item, spot, spots_[j].box);
   for (const std::uint32_t k : nearLeaders(obstacles_)) count += LeaderEntersBox(item, spot, scene_.obstacles[k]);
   for (const std::uint32_t j : nearBox(leaders_)) count += LeaderEntersBox(scene_.items[j], spots_[j], spot.box);
@@ -127,10 +135,11 @@ bool FreeSpace::Place(std::size_t i, bool offModel) {
   const Item& item = scene_.items[i];
   int fewest = std::numeric_limits<int>::max();
   std::size_t tried = 0;
+  tests_ = 0;
   LabelSpot best;
   for (const Candidate& candidate : Candidates(item, offModel)) {
     if (!IsFree(candidate.box)) continue;
-    if (++tried > mostFree_) break;
+    if (++tried > mostFree_ || (best.placed && tests_ > mostTests_)) break;
     const FixedPoint attach = NearestInBox(item.focus, candidate.box);
     const LabelSpot spot{true, candidate.box, attach, attach};
     const int conflicts = Conflicts(i, spot);
