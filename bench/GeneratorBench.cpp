@@ -34,7 +34,7 @@ void AutomaticRun(benchmark::State& state) {
 
 BENCHMARK(AutomaticRun)
     ->RangeMultiplier(10)
-    ->Range(100, 10000)
+    ->Range(100, 100000)
     ->Complexity()
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);

@@ -14,6 +14,8 @@ PlacementSearch::PlacementSearch(const Scene& scene) : scene_(scene) {
     withoutAnchors_ += item.anchors.empty();
     severalLeaders_ |= item.anchors.size() > 1;
   }
+  constexpr int kWork = 120000, kLeastSweeps = 2;
+  sweepsLeft_ = std::max(kLeastSweeps, kWork / static_cast<int>(scene.items.size() + 1));
 }
 
 SpotList PlacementSearch::Run() {
@@ -129,7 +131,7 @@ void PlacementSearch::SweepOutside() {
   for (const Coord gap : {scene_.gap, scene_.gap / 2}) {
     for (const Coord growth : {Coord{0}, scene_.clearance, scene_.clearance * 2, scene_.clearance * 3}) {
       SweepRings(frame.Grown(growth), gap);
-      if (AllSeated()) return;
+      if (AllSeated() || sweepsLeft_ <= 0) return;
     }
   }
 }
@@ -143,6 +145,7 @@ void PlacementSearch::SweepRings(const FixedBox& frame, Coord gap) {
     for (const int columns : {1, 2, 3}) {
       if (columns > rings) continue;
       for (const double stacking : {1.0, 1.2}) {
+        if (--sweepsLeft_ < 0) return;
         const RingPlan plan = PlanAround(frame, rings, columns, gap);
         if (!Consider(SweepSides(scene_, plan, stacking))) continue;
         better = true;

@@ -32,6 +32,7 @@ private:
   const Scene& scene_;
   int withoutAnchors_ = 0;
   bool severalLeaders_ = false;
+  int sweepsLeft_ = 0;  ///< Fewer for large scenes: a page without room must not cost minutes.
   SpotList best_;
   Tally bestTally_;
 };

@@ -53,10 +53,11 @@ std::array<double, 4> Loads(const Scene& scene, const FixedBox& frame, const Cos
 
 Biases BalancedBiases(const Scene& scene, const FixedBox& frame, const CostTable& costs,
                       const std::array<double, 4>& capacity) {
-  constexpr int kRounds = 160;
+  // Large scenes get fewer rounds: sides that have room for all are balanced long before.
+  const int rounds = std::clamp(static_cast<int>(320000 / (scene.items.size() + 1)), 8, 160);
   Biases bias{};
   const Coord firstStep = std::max<Coord>(1, std::min(frame.Width(), frame.Height()) / 16);
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < rounds; ++round) {
     const auto load = Loads(scene, frame, costs, bias, capacity);
     const std::size_t fullest = static_cast<std::size_t>(std::max_element(load.begin(), load.end()) - load.begin());
     if (load[fullest] <= 1) break;

@@ -47,7 +47,7 @@ std::vector<Seat> SweepOnce(const Scene& scene, const RingPlan& plan, double sta
 
 /// Sweeps until all labels have a place or no round helps.
 std::vector<Seat> SweepRounds(const Scene& scene, const RingPlan& plan, double stacking) {
-  constexpr int kRounds = 16;
+  const int rounds = std::clamp(static_cast<int>(16000 / (scene.items.size() + 1)), 1, 16);
   Capacities capacity{};
   for (std::size_t s = 0; s < kSides.size(); ++s) {
     const RingTask task = MakeRingTask(scene, plan, s);
@@ -55,7 +55,7 @@ std::vector<Seat> SweepRounds(const Scene& scene, const RingPlan& plan, double s
   }
   std::vector<Seat> best;
   Tally bestTally;
-  for (int round = 0; round < kRounds && (best.empty() || bestTally.unplaced > 0); ++round) {
+  for (int round = 0; round < rounds && (best.empty() || bestTally.unplaced > 0); ++round) {
     std::vector<Seat> seats = SweepOnce(scene, plan, stacking, capacity);
     const Tally tally = Audit(scene, PlainSpots(seats));
     if (!best.empty() && !tally.IsBetterThan(bestTally)) continue;
