@@ -31,7 +31,8 @@ function(zr_target target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    target_compile_options(${target} PRIVATE -Wno-restrict -Wno-array-bounds -Wno-stringop-overread)  # false alarms on std::string
+    target_compile_options(${target} PRIVATE -Wno-restrict -Wno-array-bounds -Wno-stringop-overread
+                           -Wno-stringop-overflow)  # false alarms on std::string
   endif()
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(${target} PRIVATE -Wthread-safety)

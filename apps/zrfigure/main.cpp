@@ -5,9 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "commands/CheckCommand.h"
 #include "commands/FigureCommand.h"
 #include "commands/Options.h"
 #include "script/ScriptRunner.h"
+#include "script/Shell.h"
 
 int main(int argc, char** argv) {
   try {
@@ -16,9 +18,16 @@ int main(int argc, char** argv) {
       arguments.erase(arguments.begin());
       return zrfigure::RunScriptCommand(arguments);
     }
+    if (!arguments.empty() && arguments.front() == "shell") {
+      arguments.erase(arguments.begin());
+      return zrfigure::RunShellCommand(arguments);
+    }
     const zrfigure::ParsedOptions parsed = zrfigure::ParseOptions(arguments);
     std::fputs(parsed.output.c_str(), stdout);
-    if (parsed.options) return zrfigure::RunFigureCommand(*parsed.options);
+    if (parsed.options) {
+      return parsed.options->check ? zrfigure::RunCheckCommand(*parsed.options)
+                                   : zrfigure::RunFigureCommand(*parsed.options);
+    }
     if (parsed.error.empty()) return zrfigure::kExitDone;
     std::fprintf(stderr, "zrfigure: %s\n", parsed.error.c_str());
   } catch (const std::exception& error) {

@@ -32,8 +32,8 @@ class ShapeView;
 
 namespace zrcallouts {
 
-/// What an alignment does, in 3D and 2D alike. The order of the values is part of the interface: along x minimum, centre,
-/// maximum; along y minimum, maximum, centre.
+/// What an alignment does, in 3D and 2D alike. The order of the values is part of the interface: along x minimum,
+/// centre, maximum; along y minimum, maximum, centre.
 enum Align_Mode : std::int32_t {
   MinX,        ///< Every label to the smallest x.
   CenterX,     ///< Every label to the middle between smallest and largest x.
@@ -49,14 +49,16 @@ enum Align_Mode : std::int32_t {
   AlongLine    ///< The same for a line given by two points.
 };
 
-/// One alignment command: made, executed once, dropped. Works in the view's pixels and carries the result back into model
-/// space. Two class statics hold the running command's camera and primary axis, so two runs must not overlap. [host-thread]
+/// One alignment command: made, executed once, dropped. Works in the view's pixels and carries the result back into
+/// model space. Two class statics hold the running command's camera and primary axis, so two runs must not overlap.
+/// [host-thread]
 class ZR_CALLOUTS_API Align : public virtual du::RefCounted {
- public:
+public:
   using Annotations = std::vector<du::SmartPtr<zrannotations::Annotation>>;
 
-  /// Aligns without distribution and without an undo step. `annotations` stays the caller's and must outlive the command;
-  /// the spread modes re-order it. Elements that are no callouts are passed over, but they count in the distribution.
+  /// Aligns without distribution and without an undo step. `annotations` stays the caller's and must outlive the
+  /// command; the spread modes re-order it. Elements that are no callouts are passed over, but they count in the
+  /// distribution.
   Align(Annotations& annotations, Align_Mode mode, du::SmartPtr<zrk::ShapeView> view);
   /// With `distribute` the labels are also spaced evenly. With an operation every move becomes a step of it, and it is
   /// recorded at the end.
@@ -67,18 +69,19 @@ class ZR_CALLOUTS_API Align : public virtual du::RefCounted {
   Align& operator=(const Align&) = delete;
   ~Align() override;
 
-  /// Does the whole job. `points`, in model space, is used by AlongLine only, which needs exactly two. False, with nothing
-  /// moved, without a view, with fewer than two annotations (spread modes apart), or when the line has no direction.
+  /// Does the whole job. `points`, in model space, is used by AlongLine only, which needs exactly two. False, with
+  /// nothing moved, without a view, with fewer than two annotations (spread modes apart), or when the line has no
+  /// direction.
   bool Execute(const std::vector<dg::DPoint3D>& points);
 
   /// Whether the world axis of an axis mode has a direction on screen; true for every other mode of a usable view.
   [[nodiscard]] static bool IsAxisAvailable(const du::SmartPtr<zrk::ShapeView>& view, Align_Mode mode);
-  /// Where the line through `point` along `direction` crosses the border of `box`. False for an empty box, a line that does
-  /// not cross, and for a direction parallel to an axis, which is not handled here on purpose.
+  /// Where the line through `point` along `direction` crosses the border of `box`. False for an empty box, a line that
+  /// does not cross, and for a direction parallel to an axis, which is not handled here on purpose.
   static bool FindIntersectionPoints(const dg::DPoint2D& point, const dg::DVec2& direction, const dg::DBox2D& box,
                                      std::array<dg::DPoint2D, 2>& result);
 
- private:
+private:
   struct Move;
 
   bool CollectData(const std::vector<dg::DPoint3D>& points);

@@ -22,10 +22,10 @@ class Callout2D;
 
 namespace zrcallouts {
 
-/// One alignment command on 2D callouts: made, executed once, dropped. Positions are millimetres on the page. All moves go to
-/// the host in one undoable edit. Spread modes move nothing unless distribution is on. [host-thread]
+/// One alignment command on 2D callouts: made, executed once, dropped. Positions are millimetres on the page. All moves
+/// go to the host in one undoable edit. Spread modes move nothing unless distribution is on. [host-thread]
 class ZR_CALLOUTS_API Align2D : public virtual du::RefCounted {
- public:
+public:
   using Callouts2D = std::vector<du::SmartPtr<zrk::illustration2d::Callout2D>>;
 
   /// `callouts` stays the caller's and must outlive the command.
@@ -35,14 +35,14 @@ class ZR_CALLOUTS_API Align2D : public virtual du::RefCounted {
   Align2D& operator=(const Align2D&) = delete;
   ~Align2D() override;
 
-  /// Does the whole job; `points` is used by AlongLine only, which needs exactly two. False, with nothing moved, without a
-  /// view, with fewer than two callouts (three when distributing), or when the line has no direction.
+  /// Does the whole job; `points` is used by AlongLine only, which needs exactly two. False, with nothing moved,
+  /// without a view, with fewer than two callouts (three when distributing), or when the line has no direction.
   bool Execute(const std::vector<dg::DPoint2D>& points);
 
   /// Whether the grid axis of an axis mode has a direction; true for every other mode of a usable view.
   [[nodiscard]] static bool IsAxisAvailable(const du::SmartPtr<zrk::View>& view, Align_Mode mode);
 
- private:
+private:
   struct Move;
 
   bool CollectData(const std::vector<dg::DPoint2D>& points);

@@ -1,6 +1,6 @@
 #pragma once
-// Creates callouts for selected structure instances, by category, inside one undoable operation. One generator object serves
-// one run and is dropped afterwards; it is held by counted references and owned by whoever runs it.
+// Creates callouts for selected structure instances, by category, inside one undoable operation. One generator object
+// serves one run and is dropped afterwards; it is held by counted references and owned by whoever runs it.
 
 #include <cstdint>
 #include <map>
@@ -45,12 +45,13 @@ struct LeaderTarget;
 
 /// The automatic creation of callouts, and the operations around it.
 ///
-/// A run makes one pass per category. What a category is depends on the engine's template: a template that needs the item
-/// list has the item numbers as categories, one that needs part properties the values of its first property, any other
+/// A run makes one pass per category. What a category is depends on the engine's template: a template that needs the
+/// item list has the item numbers as categories, one that needs part properties the values of its first property, any
+/// other
 /// ("plain") one the components, followed by the process-plan keys of parts that carry one. All generators share one
 /// read-write lock, which guards them as host objects.
 class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
- public:
+public:
   using CalloutVector = std::vector<du::SmartPtr<zrannotations::Callout>>;
   using CalloutSet = std::set<du::SmartPtr<zrannotations::Callout>>;
   using InstanceSet = std::set<du::SmartPtr<zrk::illustration::SbomInstance>>;
@@ -61,13 +62,13 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
 
   [[nodiscard]] const zrk::ClassType& GetClassType() const override;
 
-  /// Starts an automatic run on the world's task pool and returns at once. `selection` is moved out of the caller's vector.
-  /// `event` may be empty; otherwise it gets progress in percent and one Complete(), on the pool's thread, or on this one
-  /// when the pool took no task. [any-thread]
+  /// Starts an automatic run on the world's task pool and returns at once. `selection` is moved out of the caller's
+  /// vector. `event` may be empty; otherwise it gets progress in percent and one Complete(), on the pool's thread, or
+  /// on this one when the pool took no task. [any-thread]
   static void CreateCallouts(const du::SmartPtr<Callouts>& engine, Selection&& selection,
                              const du::SmartPtr<zrk::AsyncEvent>& event);
-  /// The automatic run itself, on this thread: creates, texts, registers, lays out and shows the callouts in one operation
-  /// that it records. Nothing is recorded when the selection yields no category. [pool-thread]
+  /// The automatic run itself, on this thread: creates, texts, registers, lays out and shows the callouts in one
+  /// operation that it records. Nothing is recorded when the selection yields no category. [pool-thread]
   void AddOnSelected(const Selection& selection, const du::SmartPtr<zrk::AsyncEvent>& event);
 
   /// Every callout that this generator made and the engine allowed.
@@ -82,15 +83,15 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   bool GetMatchingItem(const du::SmartPtr<zrk::illustration::SbomInstance>& instance, unsigned& itemId);
   /// Takes the callouts of removed items away, undoably, and marks the view dirty when `itemIds` holds any.
   void RemoveFromItemIds(const std::vector<unsigned>& itemIds, const du::SmartPtr<zrk::Operation>& operation);
-  /// Makes callouts for every instance of the given items with the template of the given id. Shows them in `operation`, or
-  /// in one of its own that it records.
+  /// Makes callouts for every instance of the given items with the template of the given id. Shows them in `operation`,
+  /// or in one of its own that it records.
   void AddOnItemIds(const std::vector<unsigned>& itemIds, const std::string& templateId,
                     const du::SmartPtr<zrk::Operation>& operation);
 
   // Finishing.
 
-  /// Finishes callouts made elsewhere: symbol ids, item numbers, registration, showing. Makes and records an operation of
-  /// its own when `operation` is empty, and hands it out there.
+  /// Finishes callouts made elsewhere: symbol ids, item numbers, registration, showing. Makes and records an operation
+  /// of its own when `operation` is empty, and hands it out there.
   void AddCallouts(const CalloutVector& callouts, du::SmartPtr<zrk::Operation>& operation);
   /// Shows the created callouts in `operation`.
   void ShowCreatedCallouts(const du::SmartPtr<zrk::Operation>& operation);
@@ -99,11 +100,11 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   /// Gives the selected parts item numbers, inside `operation`. Makes no callouts.
   void AddOnCopySteps(const Selection& selection, du::SmartPtr<zrannotations::Callout>& callout,
                       const du::SmartPtr<zrk::Operation>& operation);
-  /// Creates callouts by item number whatever the template says. The caller shows them and records the operation, which is
-  /// made here and handed out when `operation` is empty.
+  /// Creates callouts by item number whatever the template says. The caller shows them and records the operation, which
+  /// is made here and handed out when `operation` is empty.
   void CreateManuallyOnSelected(const Selection& selection, du::SmartPtr<zrk::Operation>& operation);
 
- protected:
+protected:
   void InitializeSelected(const Selection& selection, const du::SmartPtr<zrk::Operation>& operation);
   bool InitCategoryIterators();
   bool NextCategory();
@@ -126,7 +127,7 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   void ShowCallouts(const CalloutVector& callouts, const du::SmartPtr<zrk::Operation>& operation);
   void PerformLayout();
 
- private:
+private:
   using SbomInstancePtr = du::SmartPtr<zrk::illustration::SbomInstance>;
   using SelectionItemPtr = du::SmartPtr<zrk::illustration::SbomInstanceSelectionItem>;
   using EngineeringSet = std::set<du::SmartPtr<zrk::Instance>>;
@@ -150,7 +151,8 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
   [[nodiscard]] SbomInstancePtr RunInstanceOf(const SelectionItemPtr& item);
   [[nodiscard]] EngineeringSet EngineeringInstancesOf(const SbomInstancePtr& instance,
                                                       std::vector<SbomInstancePtr>& children) const;
-  [[nodiscard]] InstanceSet ItemListCandidates(const SbomInstancePtr& instance, const EngineeringSet& engineering) const;
+  [[nodiscard]] InstanceSet ItemListCandidates(const SbomInstancePtr& instance,
+                                               const EngineeringSet& engineering) const;
   [[nodiscard]] du::SmartPtr<zrk::Property> CategoryPropertyOf(const SbomInstancePtr& instance) const;
   const Candidates& CandidatesOf(const SbomInstancePtr& instance);
   void CollectCandidates(const SbomInstancePtr& instance, Candidates& candidates) const;
@@ -159,6 +161,9 @@ class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
                   const du::SmartPtr<zrk::Operation>& operation);
 
   [[nodiscard]] std::vector<const Candidates*> CandidatesOfSelection(const Selection& selection);
+  bool InitializeByItem(const Selection& selection, const du::SmartPtr<zrk::Operation>& operation);
+  template <class Body>
+  bool ForEachPass(const Selection& selection, PassProgress progress, const Body& body);
   void FillRunSet(const std::vector<const Candidates*>& selected, PassProgress& progress, InstanceSet& runSet) const;
 
   [[nodiscard]] du::SmartPtr<zrannotations::Callout> MakeCallout(const LeaderTarget& target) const;

@@ -4,6 +4,7 @@
 
 #include <zrk/illustration/Callouts.h>
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include <dg/Color.h>
+#include <dp/Mutex.h>
 #include <du/SmartPtr.h>
 #include <du/Symbol.h>
 
@@ -46,6 +48,7 @@ class ItemList;
 
 namespace zrcallouts {
 
+class AnchorPicks;
 class AnnoSetTableObserver;
 class EngineLink;
 class GenerationScope;
@@ -108,7 +111,8 @@ public:
   void OnShapeInstanceRemove(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance) override;
   void OnAddAnnotation(const du::SmartPtr<zrk::Annotation>& annotation) override;
   void OnRemoveAnnotation(const du::SmartPtr<zrk::Annotation>& annotation) override;
-  /// Takes no lock: it may arrive from inside a walk that holds the read lock.
+  /// When its geometry changed, leaders of a callout in an inset show as far as they end inside it. Takes no lock: it
+  /// may arrive from inside a walk that holds the read lock.
   void OnAnnotationModified(const du::SmartPtr<zrk::Annotation>& annotation, bool geometryOnly) override;
   void OnAnnotationDeleted(const du::SmartPtr<zrk::Annotation>& annotation,
                            const du::SmartPtr<zrk::Operation>& operation) override;
@@ -183,10 +187,10 @@ public:
   /// have an update of their own.
   void OnItemContentChanged(std::uint32_t itemId, std::set<du::SmartPtr<zrk::illustration::SbomInstance>> added,
                             std::set<du::SmartPtr<zrk::illustration::SbomInstance>> removed);
-  /// Makes the leaders of the item's callouts match its group of instances, as one step of `operation` (none when empty).
-  /// With either setting for same parts on, an added instance gets a leader; a removed one loses its leader in any case, and
-  /// a callout that loses its last leader is deleted. By instance, and idempotent. Does nothing during an automatic run and
-  /// while the host undoes or redoes. Write lock.
+  /// Makes the leaders of the item's callouts match its group of instances, as one step of `operation` (none when
+  /// empty). With either setting for same parts on, an added instance gets a leader; a removed one loses its leader in
+  /// any case, and a callout that loses its last leader is deleted. By instance, and idempotent. Does nothing during an
+  /// automatic run and while the host undoes or redoes. Write lock.
   void UpdateItemGroupCalloutLeaders(std::uint32_t itemId,
                                      const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
                                      const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed,
@@ -206,9 +210,9 @@ public:
   void GetCalloutSetForSbomInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
                                     CalloutSet& callouts) override;
 
-  /// Puts the callouts into item order by exchanging pairs, flat or hierarchical as the item list numbers. Callouts without
-  /// an item number keep their places. Hierarchical order is not a plain comparison of paths: a longer path goes behind a
-  /// shorter one wherever they agree at a level, and a smaller position does not settle a pair.
+  /// Puts the callouts into item order by exchanging pairs, flat or hierarchical as the item list numbers. Callouts
+  /// without an item number keep their places. Hierarchical order is not a plain comparison of paths: a longer path
+  /// goes behind a shorter one wherever they agree at a level, and a smaller position does not settle a pair.
   void Sort(std::vector<du::SmartPtr<zrannotations::Callout>>& callouts) const;
 
   // 2D callouts and fonts.
@@ -221,22 +225,37 @@ public:
 
   // Anchors and hidden parts.
 
-  /// Asks the view's pick service for a visible point of each leader's part whose anchor is not calculated yet. Where a
-  /// shown leader's part cannot be seen and a hidden leader's can, the two exchange their hidden flags. Without a pick
-  /// service nothing changes.
+  /// Asks view 0 for each leader's part whose anchor is not calculated yet: what it shows of it, and at the anchor's
+  /// pixel. The answers may come at once or later and from any thread. Nothing after Destroy. No lock may be held.
   void RequestAnchorPick(const du::SmartPtr<zrannotations::Callout>& callout);
-  /// Re-evaluates which callouts geometry hides.
+  /// Takes the answers to RequestAnchorPick: anchors go to the deepest visible point of their part. Where a shown
+  /// leader's part cannot be seen and a hidden leader's can, the two exchange their hidden flags. Read lock.
+  /// [any-thread]
+  void OnReceivePick(const AnchorPicks& picks);
+  /// Re-evaluates which callouts geometry hides, by asking for each drawn leader of the main view. While the scene
+  /// draws hidden callouts as usual, marks of an earlier evaluation are taken away instead. A view other than view 0
+  /// changes nothing: a leader has one anchor, and it is placed for view 0. No lock may be held.
   void OnDrawWhenHidden(const du::SmartPtr<zrk::ShapeView>& view);
+  /// Takes the answers to OnDrawWhenHidden: an anchor stays where it is while that point is good, else it moves to the
+  /// deepest visible point of its part; a leader whose part cannot be seen is marked as occluded. Answers to an earlier
+  /// evaluation, or for a leader that has changed since, are passed over. Read lock. [any-thread]
+  void OnReceiveAnchorVisiblePick(const AnchorPicks& picks);
+  /// An inset has new bounds, is shown or hidden: its callouts show as far as they end inside it.
+  void OnInsetChanged(const du::SmartPtr<zrannotations::Inset>& inset);
 
 protected:
   /// Takes every observer off what it observes, in a fixed order. Write lock; idempotent.
   void UnregisterObservers() override;
 
 private:
+  friend class EngineLink;
   friend class GenerationScope;
   friend class UpdateItemGroupLeadersOperationStep;
 
   using InsetTable = std::map<du::SmartPtr<zrannotations::Inset>, CalloutSet>;
+
+  class Refiling;
+  struct GroupChange;
 
   void AttachItemsListObserver(const du::SmartPtr<zrk::ShapeScene>& scene);
   void AttachWorldObserver();
@@ -263,17 +282,19 @@ private:
   [[nodiscard]] CalloutSet CopyOfCalloutsAt(const std::string& id) const;
   [[nodiscard]] bool IsRegistered(const du::SmartPtr<zrannotations::Callout>& callout) const;
   [[nodiscard]] bool IsDestroyed() const;
-  bool UpdateLeadersOf(const du::SmartPtr<zrannotations::Callout>& callout,
-                       const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& added,
-                       const std::set<du::SmartPtr<zrk::illustration::SbomInstance>>& removed,
-                       const du::SmartPtr<zrk::Operation>& operation);
+  bool UpdateLeadersOf(const du::SmartPtr<zrannotations::Callout>& callout, GroupChange& change);
+  bool UpdateMembersOf(const du::SmartPtr<zrannotations::CombinedCallout>& combined, GroupChange& change);
+  bool ChangeLeaders(const du::SmartPtr<zrannotations::Callout>& callout, GroupChange& change);
+  [[nodiscard]] bool LosesEveryLeader(const zrannotations::Callout& callout, const GroupChange& change) const;
   void BeginGeneration();
   void EndGeneration();
   std::string CombinedLabel(const du::SmartPtr<zrannotations::CombinedCallout>& combined);
   std::string LabelFromTemplate(const du::SmartPtr<zrannotations::Callout>& callout);
   void MarkViewDirty() const;
+  [[nodiscard]] bool DrawsHiddenAsUsual() const;
+  void RequestSparePicks(const du::SmartPtr<zrannotations::Callout>& callout);
 
-  std::uint32_t pickRequestCount_ = 0;
+  std::atomic<std::uint32_t> pickRequestCount_{0};  // changed by way of link_, without the lock
   bool combineForSamePart_ = false;
   bool drawOneForSamePart_ = false;
   bool force2DArrowheads_ = false;
@@ -292,7 +313,9 @@ private:
   du::SmartPtr<OrreryAppObserver> applicationObserver_;
   du::SmartPtr<TreeObserver> treeObserver_;
   du::SmartPtr<AnnoSetTableObserver> annoSetTableObserver_;
-  std::uint32_t generations_ = 0;  // automatic runs and item additions of generators under way
+  std::uint32_t generations_ = 0;             // automatic runs and item additions of generators under way
+  std::atomic<std::uint64_t> evaluation_{0};  // of hidden parts; answers to an earlier one no longer count
+  mutable dp::Mutex answerMutex_;  // one answer at a time; taken inside the engine lock, nothing is called with it held
   du::SmartPtr<EngineLink> link_;  // what template observers hold instead of the engine; cut by Destroy
 };
 

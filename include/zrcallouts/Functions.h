@@ -27,8 +27,9 @@ class Callouts;
 [[nodiscard]] ZR_CALLOUTS_API du::SmartPtr<Callouts> GetCalloutsEngineForScene(
     const du::SmartPtr<zrk::ShapeScene>& scene);
 
-/// Makes one 2D callout in `scene` after a template, which stays as it is: leader end at `point1`, label at `point2`, in
-/// millimetres on the page. An empty label shows the catalogue's predefined text. Null when the library refuses. [host-thread]
+/// Makes one 2D callout in `scene` after a template, which stays as it is: leader end at `point1`, label at `point2`,
+/// in millimetres on the page. An empty label shows the catalogue's predefined text. Null when the library refuses.
+/// [host-thread]
 [[nodiscard]] ZR_CALLOUTS_API du::SmartPtr<zrk::illustration2d::Callout2D> CreateNewCallout2D(
     const du::SmartPtr<zrk::illustration2d::Scene2D>& scene,
     const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, bool hasItem, const dg::DPoint2D& point1,

@@ -31,7 +31,9 @@ constexpr int kLabelBoxFlags = 24;
 constexpr double kMarginPerScale = 10.0;
 constexpr double kHalfTurn = 3.14159265358979323846;
 
-dg::DPoint2D Flat(const dg::DPoint3D& point) { return {point.x, point.y}; }
+dg::DPoint2D Flat(const dg::DPoint3D& point) {
+  return {point.x, point.y};
+}
 
 // The directions of the world axes on screen, turned into the upper half and scaled so that the longest has length 1.
 std::array<dg::DVec2, 3> ProjectAxes(const dg::DMat44& objectToPixel) {
@@ -98,7 +100,9 @@ Align::Align(const Align& other)
       lineDirection_(other.lineDirection_),
       previous_(other.previous_) {}
 
-Align::~Align() { delete context_; }
+Align::~Align() {
+  delete context_;
+}
 
 bool Align::IsAxisAvailable(const du::SmartPtr<zrk::ShapeView>& view, Align_Mode mode) {
   if (!view) return false;
@@ -218,19 +222,8 @@ void Align::Classify() {
   } else {
     lineDirection_ = axes_[alignment::AxisIndex(mode_)];
   }
-  switch (alignment::ClassifySlope(lineDirection_.y / lineDirection_.x)) {
-    case alignment::Slope::Vertical:
-      mode_ = CenterX;
-      return;
-    case alignment::Slope::Horizontal:
-      mode_ = CenterY;
-      alignment::SwapRange(range_);
-      m_idx = 1;
-      return;
-    case alignment::Slope::Slanted:
-      break;
-  }
-  slanted_ = true;
+  slanted_ = alignment::IsSlanted(lineDirection_, mode_, range_, m_idx);
+  if (!slanted_) return;
   lineCentre_ = {(range_[0] + range_[1]) / 2, (range_[2] + range_[3]) / 2, 0};
   delete context_;
   context_ = new zrcontext::Context2D;
@@ -312,6 +305,7 @@ bool Align::GetStartEndPointsOnBoundary(const dg::DPoint3D& point, const dg::DVe
 
 void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::DPoint3D& to, dg::DMat44& transform) {
   const bool free = hostlayer::IsLabelFreeInModelSpace(callout);
+  const auto handPlacementTo = hostlayer::RememberPlacement(callout);
   dg::Location fromLocation(dg::FMat33::IDENTITY, free ? from : from * transform);
   dg::Location toLocation(dg::FMat33::IDENTITY, free ? to : to * transform);
   if (!free) {
@@ -325,8 +319,11 @@ void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::D
   }
   // A label that stands free in model space is moved by its step alone, so without an operation it stays.
   if (!operation_) return;
-  operation_->AddStep(du::SmartPtr<zrk::OperationStep>(
-      new zrannotations::MoveOperationStep(callout, 0, fromLocation, toLocation, true)));
+  const du::SmartPtr<zrannotations::MoveOperationStep> step(
+      new zrannotations::MoveOperationStep(callout, 0, fromLocation, toLocation, true));
+  if (!step) return;
+  handPlacementTo(*step);
+  operation_->AddStep(step);
 }
 
 }  // namespace zrcallouts

@@ -123,20 +123,8 @@ bool Align2D::Execute(const std::vector<dg::DPoint2D>& points) {
 void Align2D::Classify() {
   if (!alignment::IsAxisMode(mode_) && mode_ != AlongLine) return;
   lineDirection_ = mode_ == AlongLine ? line_[1] - line_[0] : axes_[alignment::AxisIndex(mode_)];
-  switch (alignment::ClassifySlope(lineDirection_.y / lineDirection_.x)) {
-    case alignment::Slope::Vertical:
-      mode_ = CenterX;
-      return;
-    case alignment::Slope::Horizontal:
-      mode_ = CenterY;
-      alignment::SwapRange(range_);
-      primary_ = 1;
-      return;
-    case alignment::Slope::Slanted:
-      break;
-  }
-  slanted_ = true;
-  lineCentre_ = {(range_[0] + range_[1]) / 2, (range_[2] + range_[3]) / 2};
+  slanted_ = alignment::IsSlanted(lineDirection_, mode_, range_, primary_);
+  if (slanted_) lineCentre_ = {(range_[0] + range_[1]) / 2, (range_[2] + range_[3]) / 2};
 }
 
 // The spread modes leave every callout where it is: on a sheet only the even distribution moves them.
@@ -177,8 +165,7 @@ dg::DPoint2D Align2D::DistributeHorizOrVert(std::size_t index, const dg::DPoint2
 }
 
 bool Align2D::GetStartEndPointsOnBoundary(const dg::DPoint2D& point, const dg::DVec2& direction,
-                                          const du::SmartPtr<Callout2D>& callout,
-                                          std::array<dg::DPoint2D, 2>& result) {
+                                          const du::SmartPtr<Callout2D>& callout, std::array<dg::DPoint2D, 2>& result) {
   if (labelsOutsidePage_ || pageSize_.x <= 0 || pageSize_.y <= 0) return false;
   const dg::DBox2D extents = callout->GetShapeExtents();
   const double growth = BorderGrowth(callout);

@@ -13,18 +13,17 @@ constexpr double kRightAngle = 1.57079632679489661923;
 
 }  // namespace
 
-Slope ClassifySlope(double slope) {
-  const double angle = std::abs(std::atan(slope));
-  if (std::abs(kRightAngle - angle) <= kTolerance * std::max({kRightAngle, angle, 1.0})) return Slope::Vertical;
-  if (angle <= kTolerance * std::max(angle, 1.0)) return Slope::Horizontal;
-  return Slope::Slanted;
+bool IsAxisMode(Align_Mode mode) {
+  return mode == AlongAxisX || mode == AlongAxisY || mode == AlongAxisZ;
 }
 
-bool IsAxisMode(Align_Mode mode) { return mode == AlongAxisX || mode == AlongAxisY || mode == AlongAxisZ; }
+bool IsSpreadMode(Align_Mode mode) {
+  return mode == SpreadX || mode == SpreadY;
+}
 
-bool IsSpreadMode(Align_Mode mode) { return mode == SpreadX || mode == SpreadY; }
-
-std::size_t AxisIndex(Align_Mode mode) { return static_cast<std::size_t>(mode - AlongAxisX); }
+std::size_t AxisIndex(Align_Mode mode) {
+  return static_cast<std::size_t>(mode - AlongAxisX);
+}
 
 bool HasDirection(const dg::DVec2& direction) {
   return !(std::abs(direction.x) < kNoDirection && std::abs(direction.y) < kNoDirection);
@@ -41,9 +40,18 @@ void ExtendRange(std::array<double, 4>& range, double primary, double other) {
   if (other > range[3]) range[3] = other;
 }
 
-void SwapRange(std::array<double, 4>& range) {
+bool IsSlanted(const dg::DVec2& direction, Align_Mode& mode, std::array<double, 4>& range, int& primary) {
+  const double angle = std::abs(std::atan(direction.y / direction.x));
+  if (std::abs(kRightAngle - angle) <= kTolerance * std::max({kRightAngle, angle, 1.0})) {
+    mode = CenterX;
+    return false;
+  }
+  if (angle > kTolerance * std::max(angle, 1.0)) return true;
+  mode = CenterY;
   std::swap(range[0], range[2]);
   std::swap(range[1], range[3]);
+  primary = 1;
+  return false;
 }
 
 double AlignedCoordinate(Align_Mode mode, const std::array<double, 4>& range, double current) {

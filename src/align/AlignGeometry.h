@@ -14,11 +14,6 @@ namespace zrcallouts::alignment {
 /// Below this in both coordinates a direction points at the viewer: the single-precision epsilon.
 inline constexpr double kNoDirection = 1.1920928955078125e-7;
 
-enum class Slope { Vertical, Horizontal, Slanted };
-
-/// How a line of that slope (y over x) runs: within 0.005 of vertical or horizontal, relatively, counts as such.
-[[nodiscard]] Slope ClassifySlope(double slope);
-
 [[nodiscard]] bool IsAxisMode(Align_Mode mode);
 [[nodiscard]] bool IsSpreadMode(Align_Mode mode);
 /// The axis of an axis mode: 0, 1, 2 for X, Y, Z.
@@ -28,7 +23,11 @@ enum class Slope { Vertical, Horizontal, Slanted };
 // A range is minimum and maximum of the primary coordinate, then minimum and maximum of the other.
 void StartRange(std::array<double, 4>& range, double primary, double other);
 void ExtendRange(std::array<double, 4>& range, double primary, double other);
-void SwapRange(std::array<double, 4>& range);
+
+/// Whether a line runs neither vertically nor horizontally, to 0.005 relatively. Along one that does, aligning is
+/// centring: `mode` becomes that one, and for a horizontal line `range` and `primary` change over to the other
+/// coordinate.
+[[nodiscard]] bool IsSlanted(const dg::DVec2& direction, Align_Mode& mode, std::array<double, 4>& range, int& primary);
 
 /// The primary coordinate that an aligning mode gives to every label; `current` for modes that align nothing.
 [[nodiscard]] double AlignedCoordinate(Align_Mode mode, const std::array<double, 4>& range, double current);

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 
+#include "engine/EngineLink.h"
 #include "engine/InsetObserver.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
@@ -73,7 +74,7 @@ void Callouts::OnAddInset(const du::SmartPtr<Inset>& inset) {
   }
   // One observer an inset: a second announcement must not leave an unrecorded one behind.
   if (auto& observer = insetObservers_[inset]; !observer) {
-    observer = new InsetObserver(this);
+    observer = new InsetObserver(link_);
     observer->ManageObject(zrk::Kernel::GetKernel());
     inset->RegisterObserver(observer);
   }

@@ -17,7 +17,12 @@ public:
   /// The engine, held; empty once the link is cut or the engine is on its way out.
   [[nodiscard]] du::SmartPtr<Callouts> Take();
   [[nodiscard]] bool IsCut();
+  /// From now on the engine has no picks outstanding either.
   void Cut();
+  /// Counts one more outstanding pick of the engine; false, and not counted, once the link is cut.
+  [[nodiscard]] bool BeginPick();
+  /// Counts one less. Nothing once the link is cut.
+  void EndPick();
 
 private:
   dp::SpinLock lock_;

@@ -10,8 +10,8 @@
 namespace zrcallouts {
 
 CalloutDefinitionOperationStep::CalloutDefinitionOperationStep(
-    const du::SmartPtr<zrannotations::Callout>& callout,
-    const du::SmartPtr<zrk::illustration::TAnnotation>& definition, const du::SmartPtr<Callouts>& engine)
+    const du::SmartPtr<zrannotations::Callout>& callout, const du::SmartPtr<zrk::illustration::TAnnotation>& definition,
+    const du::SmartPtr<Callouts>& engine)
     : CalloutOperationStep(callout), definition_(definition), engine_(engine) {}
 
 CalloutDefinitionOperationStep::~CalloutDefinitionOperationStep() = default;

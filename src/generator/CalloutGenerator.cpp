@@ -1,6 +1,7 @@
 // The generator object and its run: set-up, category iteration, the passes.
 #include "zrcallouts/CalloutGenerator.h"
 
+#include <dp/ReadWriteLock.h>
 #include <du/TaskPool.h>
 #include <zrannotations/Callout.h>
 #include <zritemlist/ItemList.h>
@@ -39,12 +40,15 @@ CalloutGenerator::CalloutGenerator(du::SmartPtr<Callouts> engine)
   if (!engine_) return;
   scene_ = engine_->GetScene();
   if (scene_) view_ = scene_->GetView(0);
+  const dp::ReadWriteLock::ReadGuard guard(engine_->GetReadWriteLock());  // the scene may close on another thread
   itemList_ = engine_->GetItemsList();
 }
 
 CalloutGenerator::~CalloutGenerator() = default;
 
-const zrk::ClassType& CalloutGenerator::GetClassType() const { return kClassType; }
+const zrk::ClassType& CalloutGenerator::GetClassType() const {
+  return kClassType;
+}
 
 du::SmartPtr<zrk::ReadWriteLock> CalloutGenerator::GetRWLock() {
   static const du::SmartPtr<zrk::ReadWriteLock> lock(new zrk::ReadWriteLock);
@@ -69,15 +73,13 @@ void CalloutGenerator::AddOnSelected(const Selection& selection, const du::Smart
   const auto operation = NewOperation();
   InitializeSelected(selection, operation);
   if (variantsCount_ == 0) return;
-  PassProgress progress(event, static_cast<double>(selection.size()) * variantsCount_);
-  const auto selected = CandidatesOfSelection(selection);
-  for (std::uint32_t pass = 0; pass < variantsCount_; ++pass) {
-    if (!engine_->GetScene()) return;  // the scene was closed under the run
-    InstanceSet runSet;
-    FillRunSet(selected, progress, runSet);
+  const PassProgress progress(event, static_cast<double>(selection.size()) * variantsCount_);
+  const bool completed = ForEachPass(selection, progress, [this](const InstanceSet& runSet) {
+    if (!engine_->GetScene()) return false;  // the scene was closed under the run
     AddOnSelectedCategory(runSet);
-    NextCategory();
-  }
+    return true;
+  });
+  if (!completed) return;
   PerformLayout();
   ShowCallouts(created_, operation);
   if (operation) zrk::RecordOperation(operation);

@@ -1,7 +1,7 @@
 // Finishing: registration with the engine, showing in the scene, and the entries that finish callouts made elsewhere.
+#include <dg/DPoint3D.h>
 #include <du/LocalizableString.h>
 #include <du/Tracer.h>
-#include <dg/DPoint3D.h>
 #include <zrannotations/Callout.h>
 #include <zrannotations/CalloutLeader.h>
 #include <zritemlist/ItemList.h>
@@ -136,16 +136,9 @@ void CalloutGenerator::AssignItemNumber(const du::SmartPtr<Callout>& callout,
 void CalloutGenerator::CreateManuallyOnSelected(const Selection& selection, du::SmartPtr<zrk::Operation>& operation) {
   if (!engine_) return;
   if (!operation) operation = NewOperation();
-  needsItemList_ = true;
   addToItemList_ = true;
-  variantsCount_ = ComputeNumberOfVariants(selection, operation);
-  InitCategoryIterators();
-  if (variantsCount_ == 0) return;
-  PassProgress silent;
-  const auto selected = CandidatesOfSelection(selection);
-  for (std::uint32_t pass = 0; pass < variantsCount_; ++pass) {
-    InstanceSet runSet;
-    FillRunSet(selected, silent, runSet);
+  if (!InitializeByItem(selection, operation)) return;
+  ForEachPass(selection, PassProgress(), [this](const InstanceSet& runSet) {
     CalloutVector made;
     AddOnSelectedCategory(runSet, made);
     // Nothing is registered here, so two callouts of one pass on one part do not see each other.
@@ -154,26 +147,24 @@ void CalloutGenerator::CreateManuallyOnSelected(const Selection& selection, du::
       engine_->RequestAnchorPick(callout);
       created_.insert(callout);
     }
-    NextCategory();
-  }
+    return true;
+  });
   PerformLayout();
 }
 
 // The run sets are built and dropped again: what lasts is that every selected part has an item number afterwards.
 void CalloutGenerator::AddOnCopySteps(const Selection& selection, du::SmartPtr<Callout>& /*callout*/,
                                       const du::SmartPtr<zrk::Operation>& operation) {
-  if (!engine_) return;
+  if (!engine_ || !InitializeByItem(selection, operation)) return;
+  ForEachPass(selection, PassProgress(), [](const InstanceSet&) { return true; });
+}
+
+// A run by item number, whatever the template asks for; false when the selection yields no item.
+bool CalloutGenerator::InitializeByItem(const Selection& selection, const du::SmartPtr<zrk::Operation>& operation) {
   needsItemList_ = true;
   variantsCount_ = ComputeNumberOfVariants(selection, operation);
   InitCategoryIterators();
-  if (variantsCount_ == 0) return;
-  PassProgress silent;
-  const auto selected = CandidatesOfSelection(selection);
-  for (std::uint32_t pass = 0; pass < variantsCount_; ++pass) {
-    InstanceSet runSet;
-    FillRunSet(selected, silent, runSet);
-    NextCategory();
-  }
+  return variantsCount_ != 0;
 }
 
 void CalloutGenerator::AddOnSymbols(const std::vector<du::SmartPtr<zrk::Instance>>& instances) {

@@ -1,5 +1,6 @@
 #include "generator/CreateCalloutsTask.h"
 
+#include <dp/ReadWriteLock.h>
 #include <zritemlist/ItemList.h>
 #include <zrk/AsyncEvent.h>
 #include <zrk/Observable.h>
@@ -14,7 +15,7 @@ namespace zrcallouts {
 namespace {
 
 class CompletionGuard final {
- public:
+public:
   explicit CompletionGuard(const du::SmartPtr<zrk::AsyncEvent>& event) : event_(event) {}
   ~CompletionGuard() {
     if (event_) event_->Complete();
@@ -22,9 +23,15 @@ class CompletionGuard final {
   CompletionGuard(const CompletionGuard&) = delete;
   CompletionGuard& operator=(const CompletionGuard&) = delete;
 
- private:
+private:
   const du::SmartPtr<zrk::AsyncEvent>& event_;
 };
+
+// The scene may close meanwhile, on another thread.
+du::SmartPtr<zritemlist::ItemList> ListOf(const Callouts& engine) {
+  const dp::ReadWriteLock::ReadGuard guard(engine.GetReadWriteLock());
+  return engine.GetItemsList();
+}
 
 }  // namespace
 
@@ -34,8 +41,8 @@ CreateCalloutsTask::CreateCalloutsTask(const du::SmartPtr<Callouts>& engine, Cal
 
 CreateCalloutsTask::~CreateCalloutsTask() = default;
 
-// Order of the ends: the update group closes, so that observers of the item list see the run as one batch; then the event
-// completes; then the generator goes.
+// Order of the ends: the update group closes, so that observers of the item list see the run as one batch; then the
+// event completes; then the generator goes.
 void CreateCalloutsTask::Run() {
   du::SmartPtr<CalloutGenerator> generator;
   const CompletionGuard completion(event_);
@@ -43,7 +50,7 @@ void CreateCalloutsTask::Run() {
   generator = new CalloutGenerator(engine_);
   if (!generator) return;
   const GenerationScope generation(engine_);  // the item list tells its observers when the group closes, still in here
-  const auto itemList = engine_->GetItemsList();
+  const auto itemList = ListOf(*engine_);
   const zrk::Observable::UpdateGroup group(itemList ? itemList->GetZrkItemList() : nullptr);
   generator->AddOnSelected(selection_, event_);
 }

@@ -66,8 +66,8 @@ du::SmartPtr<Callout2D> CreateNewCallout2D(const du::SmartPtr<Scene2D>& scene,
   du::LocalizableString localizable;
   const du::Symbol id = Annotation2D::GenerateIDAndLocalization(localizable, scene, du::Symbol("NoteContent"), text,
                                                                 hostlayer::NotesAreLocalized());
-  const auto callout = zrannotations::CreateCallout2D(scene, definition, point1, point2,
-                                                      definition->GetTextAlignment(), localizable);
+  const auto callout =
+      zrannotations::CreateCallout2D(scene, definition, point1, point2, definition->GetTextAlignment(), localizable);
   definition->SetIsMarkdown(wasMarkdown);
   if (!callout) return callout;
   callout->SetIDPath(hostlayer::IdPathOf(id));

@@ -1,5 +1,5 @@
 #pragma once
-// Counts the selected items that a run visits and reports every hundredth visit.
+// The passes of a run, one a category; they count the selected items they visit and report every hundredth visit.
 
 #include <cstddef>
 
@@ -12,7 +12,7 @@ namespace zrcallouts {
 
 /// Percentages rise over all passes of the run; an empty event makes it silent.
 class CalloutGenerator::PassProgress final {
- public:
+public:
   explicit PassProgress(const du::SmartPtr<zrk::AsyncEvent>& event = {}, double total = 1)
       : event_(event), total_(total) {}
 
@@ -23,12 +23,25 @@ class CalloutGenerator::PassProgress final {
     ++visited_;
   }
 
- private:
+private:
   static constexpr std::size_t kInterval = 100;
 
   const du::SmartPtr<zrk::AsyncEvent> event_;
   const double total_;
   std::size_t visited_ = 0;
 };
+
+/// Calls `body` with the run set of each category; false as soon as `body` returns false.
+template <class Body>
+bool CalloutGenerator::ForEachPass(const Selection& selection, PassProgress progress, const Body& body) {
+  const auto selected = CandidatesOfSelection(selection);
+  for (std::uint32_t pass = 0; pass < variantsCount_; ++pass) {
+    InstanceSet runSet;
+    FillRunSet(selected, progress, runSet);
+    if (!body(runSet)) return false;
+    NextCategory();
+  }
+  return true;
+}
 
 }  // namespace zrcallouts

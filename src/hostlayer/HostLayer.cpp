@@ -1,7 +1,10 @@
 #include "hostlayer/HostLayer.h"
 
 #include <zrannotations/Callout.h>
+#include <zrannotations/CalloutLeader.h>
+#include <zrannotations/CalloutSnapshot.h>
 #include <zrannotations/Inset.h>
+#include <zrannotations/MoveOperationStep.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zrk/BaseInstance.h>
 #include <zrk/ComponentInstance.h>
@@ -9,7 +12,7 @@
 #include <zrk/Instance.h>
 #include <zrk/MultiRootContainer.h>
 #include <zrk/Operation.h>
-#include <zrk/PickService.h>
+#include <zrk/PickEvent.h>
 #include <zrk/Property.h>
 #include <zrk/ShapeInstance.h>
 #include <zrk/ShapeScene.h>
@@ -77,6 +80,19 @@ dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout) {
   return {relative.x, relative.y, 0};
 }
 
+std::function<void(zrannotations::MoveOperationStep&)> RememberPlacement(const CalloutPtr& callout) {
+  if (!callout) return [](zrannotations::MoveOperationStep&) {};
+  return [placement = callout->TakeSnapshot().label](zrannotations::MoveOperationStep& step) {
+    step.SetPlacementBefore(placement);
+  };
+}
+
+std::int32_t LeaderAspectsOf(const CalloutPtr& callout) {
+  using zrannotations::CalloutSnapshot;
+  const std::int32_t ofMembers = CalloutSnapshot::Members | CalloutSnapshot::Text;
+  return CalloutSnapshot::Leaders | (IsCompound(callout) ? ofMembers : 0);
+}
+
 bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate) {
   return callouttemplate && callouttemplate->GetName() == "Item Tag" && !callouttemplate->ExcludesItemTagTest();
 }
@@ -133,14 +149,18 @@ dg::DBox2D WindowRectangleOf(const du::SmartPtr<zrk::ShapeView>& view) {
   return {dg::DPoint2D(0, 0), dg::DPoint2D(view->GetWindowWidth(), view->GetWindowHeight())};
 }
 
-bool FindVisiblePoint(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<zrk::ShapeInstance>& shape,
-                      dg::DPoint3D& point) {
-  const auto service = view && shape ? view->GetPickService() : nullptr;
-  return service && service->FindVisiblePoint(view, shape, point);
+void RequestPick(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<zrk::PickEvent>& event) {
+  if (view) view->RequestPick(event);
 }
 
-bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view) {
-  return view && view->GetPickService();
+bool IsOccluded(const LeaderPtr& leader) {
+  return leader && leader->IsOccluded();
+}
+
+bool SetOccluded(const LeaderPtr& leader, bool occluded) {
+  if (!leader || leader->IsOccluded() == occluded) return false;
+  leader->SetOccluded(occluded);
+  return true;
 }
 
 bool InsetAccepts(const InsetPtr& inset, const CalloutPtr& callout) {

@@ -3,6 +3,7 @@
 // means changing this folder. Every function accepts empty pointers and then answers empty, false or nothing.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -18,6 +19,7 @@ namespace zrk {
 class BaseInstance;
 class Instance;
 class Operation;
+class PickEvent;
 class Property;
 class ShapeInstance;
 class ShapeScene;
@@ -33,13 +35,16 @@ class Callout2D;
 }  // namespace zrk
 namespace zrannotations {
 class Callout;
+class CalloutLeader;
 class Inset;
+class MoveOperationStep;
 class SymbolAnnotation;
 }  // namespace zrannotations
 
 namespace zrcallouts::hostlayer {
 
 using CalloutPtr = du::SmartPtr<zrannotations::Callout>;
+using LeaderPtr = du::SmartPtr<zrannotations::CalloutLeader>;
 using InsetPtr = du::SmartPtr<zrannotations::Inset>;
 using SbomInstancePtr = du::SmartPtr<zrk::illustration::SbomInstance>;
 
@@ -59,6 +64,11 @@ void DropItemId(const CalloutPtr& callout);
 [[nodiscard]] bool IsLabelRelativeToScreen(const CalloutPtr& callout);
 /// The stored relative position of a screen-relative label, at depth 0.
 [[nodiscard]] dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout);
+/// Remembers the label's whole placement; the result hands it to the step of a move made since, which undoes it
+/// exactly.
+[[nodiscard]] std::function<void(zrannotations::MoveOperationStep&)> RememberPlacement(const CalloutPtr& callout);
+/// What a callout's operation step restores when leaders changed: of a combined callout the members and the text too.
+[[nodiscard]] std::int32_t LeaderAspectsOf(const CalloutPtr& callout);
 
 // Templates.
 [[nodiscard]] bool IsItemTagTemplate(const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate);
@@ -83,10 +93,14 @@ void SetReferenceResolution(const du::SmartPtr<zrk::illustration::TAnnotation>& 
 [[nodiscard]] dg::DBox2D PageRectangleOf(const du::SmartPtr<zrk::ShapeView>& view, double& scale);
 /// The whole drawing area of the view in pixels.
 [[nodiscard]] dg::DBox2D WindowRectangleOf(const du::SmartPtr<zrk::ShapeView>& view);
-/// Whether some of the shape can be seen in the view, and where; false without a pick service.
-[[nodiscard]] bool FindVisiblePoint(const du::SmartPtr<zrk::ShapeView>& view,
-                                    const du::SmartPtr<zrk::ShapeInstance>& shape, dg::DPoint3D& point);
-[[nodiscard]] bool HasPickService(const du::SmartPtr<zrk::ShapeView>& view);
+/// Hands the event to whoever draws the view; the answer may come before this returns. No lock may be held.
+void RequestPick(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<zrk::PickEvent>& event);
+
+// How leaders are drawn.
+/// Whether the leader's end is marked as hidden by geometry.
+[[nodiscard]] bool IsOccluded(const LeaderPtr& leader);
+/// Marks the end, or takes the mark away; true when that changed anything.
+bool SetOccluded(const LeaderPtr& leader, bool occluded);
 
 // Insets.
 [[nodiscard]] bool InsetAccepts(const InsetPtr& inset, const CalloutPtr& callout);

@@ -7,7 +7,9 @@
 #include <zrk/Operation.h>
 #include <zrk/illustration/SbomInstance.h>
 
+#include "engine/Refiling.h"
 #include "hostlayer/HostLayer.h"
+#include "leaders/UpdateItemGroupLeadersOperationStep.h"
 #include "zrcallouts/Callouts.h"
 
 using zrannotations::Callout;
@@ -24,24 +26,31 @@ void Callouts::OnItemContentChanged(std::uint32_t itemId,
   }
 }
 
-// Each removal comes back as OnRemoveAnnotation on this thread and erases from the set walked here: hence the copies.
+// Each removal comes back as OnRemoveAnnotation on this thread and erases from the set walked here: hence the copies,
+// and the test whether a callout of the copy is still registered when its turn comes.
 void Callouts::OnItemRemoved(std::uint32_t itemId, const du::SmartPtr<zrk::Operation>& operation) {
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
   const auto annoSet = GetAnnoSet();
   if (!annoSet) return;
   std::vector<du::SmartPtr<CombinedCallout>> singles;
   for (const auto& callout : CopyOfCallouts()) {
-    if (!hostlayer::CarriesItem(callout, itemId)) continue;
+    if (!hostlayer::CarriesItem(callout, itemId) || !IsRegistered(callout)) continue;
     const auto combined = du::DynamicCast<CombinedCallout>(callout);
     if (!combined) {
       annoSet->RemoveAnnotationWithDependencies(callout, operation);
       continue;
     }
-    RemoveFromMap(callout);
-    combined->RemoveItemId(itemId);
-    SetCalloutText(callout);
-    AddToMap(callout);
-    if (combined->GetCount() == 1) singles.push_back(combined);
+    if (operation) {
+      operation->AddStep(du::SmartPtr<zrk::OperationStep>(
+          new UpdateItemGroupLeadersOperationStep(combined, du::SmartPtr<Callouts>(this))));
+    }
+    {
+      const Refiling refiling(*this, combined);
+      while (combined->RemoveItemId(itemId) && hostlayer::CarriesItem(combined, itemId)) {
+      }
+      SetCalloutText(combined);
+    }
+    if (combined->GetCount() < 2) singles.push_back(combined);
   }
   // Referenced annotations are taken in first, so that their removal is an ordinary one that undo can reverse.
   for (const auto& annotation : annoSet->GetReferencedAnnotations()) {

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 
+#include "engine/Refiling.h"
 #include "hostlayer/HostLayer.h"
 #include "leaders/LeaderTarget.h"
 #include "leaders/UpdateItemGroupLeadersOperationStep.h"
@@ -23,6 +24,15 @@ using zrk::illustration::SbomInstance;
 using InstanceSet = std::set<du::SmartPtr<SbomInstance>>;
 
 namespace zrcallouts {
+
+/// What happened to an item's group of instances, and the operation that it happened in.
+struct Callouts::GroupChange {
+  const std::uint32_t itemId;
+  const InstanceSet& added;
+  const InstanceSet& removed;
+  const du::SmartPtr<zrk::Operation>& operation;
+  std::vector<du::SmartPtr<Callout>> changed;  ///< Their new leaders have provisional anchors.
+};
 
 namespace {
 
@@ -44,14 +54,11 @@ void ShowFirstWhenAllHidden(const Callout& callout) {
   if (allHidden && !leaders.empty()) leaders.front()->SetHidden(false);
 }
 
-std::vector<du::SmartPtr<Callout>> CalloutsOfItem(const du::SmartPtr<Callout>& callout, std::uint32_t itemId) {
-  const auto combined = du::DynamicCast<CombinedCallout>(callout);
-  if (!combined) return {callout};
-  std::vector<du::SmartPtr<Callout>> members;
-  for (const auto& member : combined->GetCalloutVec()) {
-    if (hostlayer::CarriesItem(member, itemId)) members.push_back(member);
-  }
-  return members;
+du::SmartPtr<UpdateItemGroupLeadersOperationStep> MakeStep(const du::SmartPtr<Callout>& callout, Callouts& engine,
+                                                           const du::SmartPtr<zrk::Operation>& operation) {
+  if (!operation) return {};
+  return du::SmartPtr<UpdateItemGroupLeadersOperationStep>(
+      new UpdateItemGroupLeadersOperationStep(callout, du::SmartPtr<Callouts>(&engine)));
 }
 
 }  // namespace
@@ -66,51 +73,93 @@ void Callouts::EndGeneration() {
   --generations_;
 }
 
+// A removal may take further callouts along: those are passed over when their turn in the copy comes.
 void Callouts::UpdateItemGroupCalloutLeaders(std::uint32_t itemId, const InstanceSet& added, const InstanceSet& removed,
                                              const du::SmartPtr<zrk::Operation>& operation) {
-  const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
-  if (generations_ != 0 || (added.empty() && removed.empty()) || hostlayer::IsReplaying(GetScene())) return;
-  bool changed = false;
-  for (const auto& callout : CopyOfCallouts()) {
-    if (!hostlayer::CarriesItem(callout, itemId)) continue;
-    for (const auto& target : CalloutsOfItem(callout, itemId)) {
-      if (UpdateLeadersOf(target, added, removed, operation)) changed = true;
+  GroupChange change{itemId, added, removed, operation, {}};
+  {
+    const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
+    if (generations_ != 0 || (added.empty() && removed.empty()) || hostlayer::IsReplaying(GetScene())) return;
+    bool changed = false;
+    for (const auto& callout : CopyOfCallouts()) {
+      if (!hostlayer::CarriesItem(callout, itemId) || !IsRegistered(callout)) continue;
+      const auto combined = du::DynamicCast<CombinedCallout>(callout);
+      if (combined ? UpdateMembersOf(combined, change) : UpdateLeadersOf(callout, change)) changed = true;
     }
+    if (changed) MarkViewDirty();
   }
-  if (changed) MarkViewDirty();
+  // Only now: whoever answers may want the engine's lock on another thread.
+  for (const auto& callout : change.changed) RequestAnchorPick(callout);
 }
 
-// One step holds the leaders before and after; the registry is brought back in line with whatever leaders remain.
-bool Callouts::UpdateLeadersOf(const du::SmartPtr<Callout>& callout, const InstanceSet& added,
-                               const InstanceSet& removed, const du::SmartPtr<zrk::Operation>& operation) {
-  const bool drawOne = GetDrawOneForSamePart();
-  const bool oneCalloutAnItem = drawOne || GetCombineForSamePart();
-  const InstanceSet toAdd = oneCalloutAnItem ? WithoutLeader(*callout, added) : InstanceSet();
-  const auto before = UpdateItemGroupLeadersOperationStep::LeadersOf(*callout);
-  const auto toRemove = std::count_if(before.begin(), before.end(),
-                                      [&](const auto& leader) { return StandsOnAny(*leader.first, removed); });
-  if (toAdd.empty() && toRemove == 0) return false;
-  if (toAdd.empty() && static_cast<std::size_t>(toRemove) == before.size() && IsRegistered(callout)) {
-    if (const auto annoSet = GetAnnoSet()) annoSet->RemoveAnnotationWithDependencies(callout, operation);
+bool Callouts::UpdateLeadersOf(const du::SmartPtr<Callout>& callout, GroupChange& change) {
+  if (LosesEveryLeader(*callout, change)) {
+    if (const auto annoSet = GetAnnoSet()) annoSet->RemoveAnnotationWithDependencies(callout, change.operation);
     return true;
   }
-  RemoveFromMap(callout);
-  for (const auto& [leader, hidden] : before) {
-    if (StandsOnAny(*leader, removed)) callout->DisconnectLeader(leader);
+  const auto step = MakeStep(callout, *this, change.operation);
+  {
+    const Refiling refiling(*this, callout);
+    if (!ChangeLeaders(callout, change)) return false;
+  }
+  if (step) change.operation->AddStep(step);
+  callout->NotifyCalloutChanged();
+  return true;
+}
+
+// The combined callout stands on the leaders of its first member. A member without leaders goes, as the members of a
+// removed item do, and a single one that is left goes with the combined callout.
+bool Callouts::UpdateMembersOf(const du::SmartPtr<CombinedCallout>& combined, GroupChange& change) {
+  const auto step = MakeStep(combined, *this, change.operation);
+  auto& members = combined->GetCalloutVec();
+  std::vector<du::SmartPtr<Callout>> gone;
+  {
+    const Refiling refiling(*this, combined);
+    bool changed = false;
+    for (const auto& member : members) {
+      if (!hostlayer::CarriesItem(member, change.itemId) || !ChangeLeaders(member, change)) continue;
+      changed = true;
+      if (member->GetLeaders().empty()) gone.push_back(member);
+    }
+    if (!changed) return false;
+    std::erase_if(members, [](const auto& member) { return member->GetLeaders().empty(); });
+    combined->UpdateLeaderLine();
+    change.changed.push_back(combined);  // its leaders are copies of its own
+    if (!gone.empty()) SetCalloutText(combined);
+  }
+  if (step) change.operation->AddStep(step);
+  for (const auto& member : gone) SetIndicated(member, false);
+  const auto annoSet = members.size() < 2 ? GetAnnoSet() : nullptr;
+  if (annoSet) annoSet->RemoveAnnotationFromSet(combined, change.operation);
+  combined->NotifyCalloutChanged();
+  return true;
+}
+
+bool Callouts::LosesEveryLeader(const Callout& callout, const GroupChange& change) const {
+  const auto leaders = callout.GetLeaders();
+  const bool gains = GetDrawOneForSamePart() || GetCombineForSamePart();
+  if (leaders.empty() || (gains && !WithoutLeader(callout, change.added).empty())) return false;
+  return std::all_of(leaders.begin(), leaders.end(), [&](const auto& l) { return StandsOnAny(*l, change.removed); });
+}
+
+// With one callout an item it gains the instances that came; it loses those that went in any case.
+bool Callouts::ChangeLeaders(const du::SmartPtr<Callout>& callout, GroupChange& change) {
+  const bool drawOne = GetDrawOneForSamePart();
+  bool changed = false;
+  const InstanceSet toAdd = drawOne || GetCombineForSamePart() ? WithoutLeader(*callout, change.added) : InstanceSet();
+  for (const auto& leader : callout->GetLeaders()) {
+    if (!StandsOnAny(*leader, change.removed)) continue;
+    callout->DisconnectLeader(leader);
+    changed = true;
   }
   const auto scene = du::DynamicCast<zrk::ShapeScene>(GetScene());
   for (const auto& instance : toAdd) {
     LeaderTarget target;
-    if (FindLeaderTarget(scene, instance, false, target)) AddLeaderOn(target, drawOne, *callout);
+    if (FindLeaderTarget(scene, instance, false, target) && AddLeaderOn(target, drawOne, *callout)) changed = true;
   }
+  if (!changed) return false;
   ShowFirstWhenAllHidden(*callout);
-  RequestAnchorPick(callout);
-  AddToMap(callout);
-  callout->NotifyCalloutChanged();
-  if (operation) {
-    operation->AddStep(du::SmartPtr<zrk::OperationStep>(new UpdateItemGroupLeadersOperationStep(
-        callout, du::SmartPtr<Callouts>(this), before, UpdateItemGroupLeadersOperationStep::LeadersOf(*callout))));
-  }
+  change.changed.push_back(callout);
   return true;
 }
 

@@ -1,41 +1,46 @@
 #include "leaders/UpdateItemGroupLeadersOperationStep.h"
 
-#include <dp/ReadWriteLock.h>
+#include <zrannotations/CombinedCallout.h>
 
+#include "engine/Refiling.h"
+#include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
 namespace zrcallouts {
 
-UpdateItemGroupLeadersOperationStep::Leaders UpdateItemGroupLeadersOperationStep::LeadersOf(
-    const zrannotations::Callout& callout) {
-  Leaders leaders;
-  for (const auto& leader : callout.GetLeaders()) leaders.emplace_back(leader, leader->IsHidden());
-  return leaders;
-}
-
 UpdateItemGroupLeadersOperationStep::UpdateItemGroupLeadersOperationStep(
-    const du::SmartPtr<zrannotations::Callout>& callout, const du::SmartPtr<Callouts>& engine, Leaders before,
-    Leaders after)
-    : callout_(callout), engine_(engine), before_(std::move(before)), after_(std::move(after)) {}
+    const du::SmartPtr<zrannotations::Callout>& callout, const du::SmartPtr<Callouts>& engine)
+    : CalloutOperationStep(callout), engine_(engine) {
+  m_state = hostlayer::LeaderAspectsOf(callout);
+  const auto combined = du::DynamicCast<zrannotations::CombinedCallout>(callout);
+  if (!combined) return;
+  for (const auto& member : combined->GetCalloutVec()) {
+    members_.emplace_back(new UpdateItemGroupLeadersOperationStep(member, engine));
+  }
+}
 
 UpdateItemGroupLeadersOperationStep::~UpdateItemGroupLeadersOperationStep() = default;
 
-void UpdateItemGroupLeadersOperationStep::Undo() { Restore(before_); }
+void UpdateItemGroupLeadersOperationStep::Undo() {
+  Restore([](CalloutOperationStep& step) { step.CalloutOperationStep::Undo(); });
+}
 
-void UpdateItemGroupLeadersOperationStep::Redo() { Restore(after_); }
+void UpdateItemGroupLeadersOperationStep::Redo() {
+  Restore([](CalloutOperationStep& step) { step.CalloutOperationStep::Redo(); });
+}
 
 // A callout that is not registered at this point of the history is only given its leaders; its arrival registers it.
-void UpdateItemGroupLeadersOperationStep::Restore(const Leaders& leaders) {
-  const dp::ReadWriteLock::WriteGuard guard(engine_->GetReadWriteLock());
-  engine_->RemoveFromMap(callout_);
-  std::vector<du::SmartPtr<zrannotations::CalloutLeader>> restored;
-  for (const auto& [leader, hidden] : leaders) {
-    leader->SetHidden(hidden);
-    restored.push_back(leader);
+template <class Exchange>
+void UpdateItemGroupLeadersOperationStep::Restore(const Exchange& exchange) {
+  const auto& callout = GetCallout();
+  {
+    const Callouts::Refiling refiling(*engine_, callout);
+    for (const auto& member : members_) exchange(*member);
+    exchange(*this);
+    for (const auto& member : members_) engine_->SetIndicated(member->GetCallout(), false);
+    if (engine_->IsRegistered(callout)) engine_->SetIndicated(callout, true);
   }
-  callout_->SetLeaders(restored);
-  if (engine_->IsRegistered(callout_)) engine_->AddToMap(callout_);
-  callout_->NotifyCalloutChanged();
+  callout->NotifyCalloutChanged();
 }
 
 }  // namespace zrcallouts

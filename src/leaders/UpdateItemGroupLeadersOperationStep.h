@@ -1,41 +1,33 @@
 #pragma once
-// The undoable change of a callout's leaders when its item's group of instances changes.
+// The undoable change of a callout's leaders and members when its item's group of instances changes or goes.
 
-#include <utility>
 #include <vector>
 
 #include <du/SmartPtr.h>
 #include <zrannotations/Callout.h>
-#include <zrannotations/CalloutLeader.h>
-#include <zrk/OperationStep.h>
+#include <zrannotations/CalloutOperationStep.h>
 
 namespace zrcallouts {
 
 class Callouts;
 
-/// Owned by its operation. Holds the leaders before and after, with their hidden flags, and puts either list back; the
-/// registry follows.
-class UpdateItemGroupLeadersOperationStep final : public zrk::OperationStep {
- public:
-  /// A callout's leaders in position order, each with whether it is hidden.
-  using Leaders = std::vector<std::pair<du::SmartPtr<zrannotations::CalloutLeader>, bool>>;
-
-  [[nodiscard]] static Leaders LeadersOf(const zrannotations::Callout& callout);
-
+/// Owned by its operation; made before the change. Undo and redo put back the leaders of the callout, and for a
+/// combined callout its members with their leaders and its text. The registry and the marks of the items follow.
+class UpdateItemGroupLeadersOperationStep final : public zrannotations::CalloutOperationStep {
+public:
   UpdateItemGroupLeadersOperationStep(const du::SmartPtr<zrannotations::Callout>& callout,
-                                      const du::SmartPtr<Callouts>& engine, Leaders before, Leaders after);
+                                      const du::SmartPtr<Callouts>& engine);
   ~UpdateItemGroupLeadersOperationStep() override;
 
   void Undo() override;
   void Redo() override;
 
- private:
-  void Restore(const Leaders& leaders);
+private:
+  template <class Exchange>
+  void Restore(const Exchange& exchange);
 
-  du::SmartPtr<zrannotations::Callout> callout_;
   du::SmartPtr<Callouts> engine_;
-  Leaders before_;
-  Leaders after_;
+  std::vector<du::SmartPtr<UpdateItemGroupLeadersOperationStep>> members_;
 };
 
 }  // namespace zrcallouts

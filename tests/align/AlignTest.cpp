@@ -229,7 +229,10 @@ TEST_F(AlignTest, AScreenRelativeLabelStaysRelative) {
   Place({{10, 20}, {50, 5}});
   labels_[0]->SetLabelScreenSpaceMode(view_);
   labels_[0]->SetRelativeScreenPosition({0.1, 0.4});  // pixel (20, 40), away from where the model position is seen
+  const auto stored = labels_[0]->GetPosition();
+  const auto depth = labels_[0]->GetLabelRelativeScreenPosition(view_).z;
   EXPECT_TRUE(Run(MaxX, false, {}, NewOperation()));
+  EXPECT_NE(labels_[0]->GetPosition().x, stored.x);
   EXPECT_TRUE(labels_[0]->IsLabelRelativeToScreen());
   EXPECT_FALSE(labels_[1]->IsLabelRelativeToScreen());
   const auto expectRelative = [&](double x, double y) {
@@ -240,6 +243,9 @@ TEST_F(AlignTest, AScreenRelativeLabelStaysRelative) {
   ExpectPoints(Pixels(), {{50, 40}, {50, 5}});
   ASSERT_TRUE(UndoHistory::Undo(scene_));
   expectRelative(0.1, 0.4);
+  EXPECT_EQ(labels_[0]->GetPosition().x, stored.x);
+  EXPECT_EQ(labels_[0]->GetPosition().y, stored.y);
+  EXPECT_EQ(labels_[0]->GetLabelRelativeScreenPosition(view_).z, depth);
   ASSERT_TRUE(UndoHistory::Redo(scene_));
   expectRelative(0.25, 0.4);
 }

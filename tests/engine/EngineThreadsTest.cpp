@@ -6,8 +6,6 @@
 #include <dg/FMat33.h>
 #include <dg/Location.h>
 #include <dp/ReadWriteLock.h>
-#include <du/LocalizableString.h>
-#include <zrk/MakeObject.h>
 
 #include "support/SceneFixture.h"
 
@@ -25,34 +23,6 @@ protected:
   const Part bolt_ = structure_->AddPart(structure_->Root(), "bolt");
   const Part nut_ = structure_->AddPart(structure_->Root(), "nut");
 };
-
-TEST_F(EngineThreadsTest, ALanguageChangeDuringTeardownNeitherHangsNorReachesTheDead) {
-  constexpr int kScenes = 60;
-  std::atomic<bool> done{false};
-  std::atomic<int> changes{0};
-  std::thread translator([&] {
-    while (!done) {
-      world_->ChangeLanguage("de");
-      world_->ChangeLanguage("en");
-      ++changes;
-    }
-  });
-  for (int i = 0; i < kScenes; ++i) {
-    const auto scene = AddScene(true);
-    const auto callout = MakeCallout(zrtest::TextTemplate("Note"), Part{});
-    callout->SetText("Note", false);
-    callout->SetupLocalizationIfNecessary(false);
-    callout->GetLocalizableString().SetLocaleText("de", "Hinweis");
-    const auto engine = EngineOf(scene);
-    engine->AddToSet(callout);
-    const int before = changes;
-    while (i % 8 == 0 && changes == before) std::this_thread::yield();
-    scene->Destroy();
-  }
-  done = true;
-  translator.join();
-  EXPECT_EQ(world_->GetObserverCount(), 1u);  // that of the fixture's engine
-}
 
 TEST_F(EngineThreadsTest, RegenerationGetsItsNestedReadsWhileAWriterWaits) {
   const auto callout = AddCallout(TemplateBuilder().Property("Data", "Mass").Literal("kg").Build(), bolt_);

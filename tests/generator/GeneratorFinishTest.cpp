@@ -11,7 +11,7 @@
 #include <zrk/RecordOperation.h>
 #include <zrk/UndoHistory.h>
 
-#include "generator/GeneratorFixture.h"
+#include "support/GeneratorFixture.h"
 
 namespace {
 

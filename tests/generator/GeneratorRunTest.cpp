@@ -10,7 +10,7 @@
 #include <zrk/UndoHistory.h>
 #include <zrk/illustration/ItemsListObserver.h>
 
-#include "generator/GeneratorFixture.h"
+#include "support/GeneratorFixture.h"
 
 namespace {
 
@@ -274,10 +274,15 @@ TEST_F(RunTest, TenThousandPartsInTwoThousandItemsAreCalledOut) {
   };
   for (std::size_t i = 0; i < kParts; ++i) add(i);
   Prepare(Template::Number, Same::Combine);
+  const auto recorder = zrk::MakeObject<ListRecorder>();
+  recorder->annoSet = scene_->GetAnnoSet();
+  items_->RegisterObserver(recorder);
   const auto start = std::chrono::steady_clock::now();
   Run(names);
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
   std::cout << kParts << " parts, " << kComponents << " items: " << seconds.count() << " s\n";
+  items_->UnregisterObserver(recorder);
+  EXPECT_EQ(recorder->shown, std::vector<std::size_t>(kComponents, kComponents)) << "told once an item, at the end";
   const auto shown = Shown();
   ASSERT_EQ(shown.size(), kComponents);
   const auto isComplete = [](const auto& callout) { return callout->GetLeaders().size() == kParts / kComponents; };

@@ -3,7 +3,7 @@
 #include <zrk/RecordOperation.h>
 #include <zrk/UndoHistory.h>
 
-#include "generator/GeneratorFixture.h"
+#include "support/GeneratorFixture.h"
 
 namespace {
 
@@ -80,6 +80,22 @@ TEST_P(ItemGroupLeadersTest, WithoutInstancesOrOperationNothingIsRecorded) {
   itemList_->AddInstance(PartOf("bolt#2").sbom, nullptr, false, {});
   EXPECT_EQ(Shown().size(), 1u);
   EXPECT_EQ(RecordedCount(), 1u);
+}
+
+// The settings may have changed since, and the callout may be gone without a trace in the history.
+TEST_P(ItemGroupLeadersTest, UndoOnlyPutsBackWhatTheStepsHold) {
+  Run({"bolt", "bolt#2", "nut"});
+  const Names before = Describe();
+  const auto operation = MakeOperation();
+  itemList_->RemoveInstance(PartOf("bolt#2").sbom, operation);
+  zrk::RecordOperation(operation);
+  engine_->SetCombineForSamePart(true);
+  ASSERT_TRUE(UndoHistory::Undo(scene_));
+  EXPECT_EQ(Describe(), before);
+  ASSERT_TRUE(UndoHistory::Redo(scene_));
+  for (const auto& callout : Shown()) Remove(callout);
+  ASSERT_TRUE(UndoHistory::Undo(scene_));
+  EXPECT_EQ(CalloutsOn(PartOf("bolt")).size(), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -64,6 +64,18 @@ TEST_F(CalloutsItemsTest, ARemovedItemTakesItsCalloutsAlong) {
   EXPECT_EQ(CalloutsOn(bolt_), std::set<CalloutPtr>{note_});
 }
 
+TEST_F(CalloutsItemsTest, RemovalsThatTakeTheNextCalloutsAlongDoNotDisturbTheWalk) {
+  const auto nut2 = AddCallout(zrtest::NumberTemplate(), nut_, nutItem_);
+  const auto washer = AddCallout(zrtest::NumberTemplate(), washer_, washerItem_);
+  scene_->GetAnnoSet()->AddDependency(bolt1_, bolt2_);
+  scene_->GetAnnoSet()->AddDependency(nut1_, nut2);
+  engine_->OnItemRemoved(boltItem_, nullptr);
+  EXPECT_EQ(scene_->GetAnnoSet()->GetCount(), 4u);
+  engine_->OnListCleared(nullptr);
+  EXPECT_EQ(scene_->GetAnnoSet()->GetAnnotations(), std::vector<du::SmartPtr<zrk::Annotation>>{note_});
+  EXPECT_FALSE(IsIn(washer));
+}
+
 TEST_F(CalloutsItemsTest, ARemovedItemLeavesTheRestOfACombinedCallout) {
   const auto combined =
       MakeCombined({Numbered(bolt_, boltItem_), Numbered(nut_, nutItem_), Numbered(washer_, washerItem_)});

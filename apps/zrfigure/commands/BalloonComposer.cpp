@@ -15,6 +15,7 @@ constexpr double kDotClearancePx = 6;  ///< Free area round the anchor that a do
 constexpr double kRasterPerPx = 16;
 constexpr double kStepPx = 0.25;
 constexpr int kUntangleRounds = 4;
+constexpr std::size_t kHopeless = 400;  ///< With more tangled balloons than that no leader's way makes a difference.
 
 /// Rounded to 1/16 pixel, as labels are placed: anchors that nearly coincide would otherwise give leaders that cross by
 /// less than anybody sees.
@@ -105,7 +106,7 @@ Leader ComposeLeader(const FigureInput& input, const Balloon& balloon, const Lea
   return leader;
 }
 
-Balloon ComposeBalloon(const FigureInput& input, const CalloutState& callout) {
+Balloon ComposeBalloon(const FigureInput& input, const CalloutState& callout, const std::vector<std::string>& partIds) {
   Balloon balloon;
   if (callout.item != 0) balloon.itemId = std::to_string(callout.item);
   balloon.lines = SplitLines(callout.text);
@@ -115,7 +116,9 @@ Balloon ComposeBalloon(const FigureInput& input, const CalloutState& callout) {
   balloon.box = {centre.x - size.width / 2, centre.y - size.height / 2, centre.x + size.width / 2,
                  centre.y + size.height / 2};
   for (const LeaderState& leader : callout.leaders) {
-    if (!leader.hidden) balloon.leaders.push_back(ComposeLeader(input, balloon, leader));
+    if (leader.hidden) continue;
+    balloon.leaders.push_back(ComposeLeader(input, balloon, leader));
+    if (leader.occurrence >= 0) balloon.leaders.back().partId = partIds[leader.occurrence];
   }
   return balloon;
 }
@@ -132,9 +135,18 @@ void UseRoute(const FigureInput& input, const CalloutState& callout, Balloon& ba
 void Untangle(const FigureInput& input, std::vector<Balloon>& balloons) {
   for (int round = 0; round < kUntangleRounds; ++round) {
     const std::vector<std::size_t> tangled = FindTangledBalloons(balloons);
-    if (tangled.empty()) return;
+    if (tangled.empty() || tangled.size() > kHopeless) return;
     for (std::size_t i : tangled) UseRoute(input, input.callouts[i], balloons[i]);
   }
+}
+
+}  // namespace
+
+std::vector<Balloon> ComposeBalloons(const FigureInput& input, const std::vector<std::string>& partIds) {
+  std::vector<Balloon> balloons;
+  for (const CalloutState& callout : input.callouts) balloons.push_back(ComposeBalloon(input, callout, partIds));
+  Untangle(input, balloons);
+  return balloons;
 }
 
 void NameBalloons(std::vector<Balloon>& balloons) {
@@ -144,16 +156,6 @@ void NameBalloons(std::vector<Balloon>& balloons) {
     const int number = ++used[base];
     balloon.id = number > 1 || balloon.itemId.empty() ? base + "-" + std::to_string(number) : base;
   }
-}
-
-}  // namespace
-
-std::vector<Balloon> ComposeBalloons(const FigureInput& input) {
-  std::vector<Balloon> balloons;
-  for (const CalloutState& callout : input.callouts) balloons.push_back(ComposeBalloon(input, callout));
-  Untangle(input, balloons);
-  NameBalloons(balloons);
-  return balloons;
 }
 
 }  // namespace zrfigure

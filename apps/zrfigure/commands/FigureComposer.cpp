@@ -1,10 +1,12 @@
 #include "commands/FigureComposer.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 
 #include "commands/BalloonComposer.h"
+#include "drawing/VisibleArea.h"
 
 namespace zrfigure {
 namespace {
@@ -46,43 +48,34 @@ std::map<int, unsigned> RowsByOccurrence(const std::vector<ItemState>& items) {
   return rows;
 }
 
-/// Turns paths into ids: letters, digits, '-', '_', '.', '/', unique.
-class IdMaker {
-public:
-  std::string Make(std::string path) {
-    for (char& c : path) {
-      const bool fits = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ||
-                        c == '_' || c == '.' || c == '/';
-      if (!fits) c = '_';
-    }
-    std::string id = path;
-    for (int number = 2; !used_.insert(id).second; ++number) id = path + "." + std::to_string(number);
-    return id;
+std::string WithoutOddLetters(std::string name) {
+  for (char& c : name) {
+    const bool fits = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ||
+                      c == '_' || c == '.' || c == '/';
+    if (!fits) c = '_';
   }
+  return name;
+}
 
-private:
-  std::set<std::string> used_;
-};
-
-std::vector<FigurePart> ComposeParts(const FigureInput& input) {
+std::vector<FigurePart> ComposeParts(const FigureInput& input, const std::vector<std::string>& ids) {
   const std::map<int, unsigned> rows = RowsByOccurrence(input.items);
-  IdMaker ids;
+  std::map<int, std::vector<std::vector<Point2>>> areas = TraceVisibleAreas(input.ids);
   std::vector<FigurePart> parts;
   std::map<int, std::size_t> indexOf;
   for (int leaf : input.tree.Leaves()) {
     indexOf[leaf] = parts.size();
     FigurePart part;
-    part.id = ids.Make(input.tree.InstancePath(leaf));
+    part.id = ids[leaf];
     part.itemId = RowOf(input.tree, rows, leaf);
     part.name = input.tree.ProductOf(leaf).name;
+    part.area = std::move(areas[leaf]);
     parts.push_back(std::move(part));
   }
   for (const ArtLine& line : input.lines) {
     const auto found = indexOf.find(line.occurrence);
     if (found != indexOf.end()) parts[found->second].lines.push_back(line);
   }
-  parts.erase(std::remove_if(parts.begin(), parts.end(), [](const FigurePart& part) { return part.lines.empty(); }),
-              parts.end());
+  std::erase_if(parts, [](const FigurePart& part) { return part.lines.empty() && part.area.empty(); });
   return parts;
 }
 
@@ -110,11 +103,38 @@ std::set<int> VisibleOccurrences(const FigureInput& input) {
 
 }  // namespace
 
-Figure ComposeFigure(const FigureInput& input) {
+std::vector<std::string> MakePartIds(const OccurrenceTree& tree) {
+  std::vector<std::string> ids;
+  std::set<std::string> used;
+  for (const Occurrence& occurrence : tree.GetModel().occurrences) {
+    std::string path = occurrence.parent < 0 ? std::string() : ids[occurrence.parent] + "/";
+    path += WithoutOddLetters(occurrence.name);
+    std::string id = path;
+    for (int number = 2; !used.insert(id).second; ++number) id = path + "." + std::to_string(number);
+    ids.push_back(std::move(id));
+  }
+  return ids;
+}
+
+Figure ComposeFigure(const std::vector<FigureInput>& pictures) {
   Figure figure;
-  figure.parts = ComposeParts(input);
-  figure.balloons = ComposeBalloons(input);
+  std::vector<std::string> ids = pictures.empty() ? std::vector<std::string>() : MakePartIds(pictures.front().tree);
+  const std::vector<std::string> plainIds = ids;
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    const FigureInput& input = pictures[i];
+    if (i > 0) {
+      for (std::size_t k = 0; k < ids.size(); ++k) ids[k] = std::to_string(i + 1) + "/" + plainIds[k];
+    }
+    figure.drawings.push_back(ProjectedBox(input.tree.GetModel(), input.tree.Leaves(), input.view));
+    std::ranges::move(ComposeParts(input, ids), std::back_inserter(figure.parts));
+    std::ranges::move(ComposeBalloons(input, ids), std::back_inserter(figure.balloons));
+  }
+  NameBalloons(figure.balloons);
   return figure;
+}
+
+Figure ComposeFigure(const FigureInput& input) {
+  return ComposeFigure(std::vector<FigureInput>{input});
 }
 
 PartsList ComposePartsList(const OccurrenceTree& tree, const std::vector<ItemState>& items) {
@@ -147,25 +167,29 @@ PartsTable ComposeTable(const PartsList& list, const std::string& language, bool
       {headings.number, TextAlign::Right}, {headings.quantity, TextAlign::Right}, {headings.name, TextAlign::Left}};
   if (materials) table.columns.push_back({headings.material, TextAlign::Left});
   for (const PartsListItem& item : list.items) {
-    TableRow row{item.itemId, {item.number, std::to_string(item.quantity), item.name}};
+    TableRow row{item.itemId, {item.number, std::to_string(item.quantity), item.name}, item.shown};
     if (materials) row.cells.push_back(MaterialOf(item));
     table.rows.push_back(std::move(row));
   }
   return table;
 }
 
-std::vector<Finding> FindHiddenItems(const FigureInput& input) {
-  std::set<unsigned> called;
-  for (const CalloutState& callout : input.callouts) called.insert(callout.item);
-  const std::set<int> visible = VisibleOccurrences(input);
+std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures) {
   std::vector<Finding> findings;
-  for (const ItemState& item : input.items) {
+  std::set<unsigned> called;
+  std::set<int> visible;
+  for (const FigureInput& picture : pictures) {
+    for (const CalloutState& callout : picture.callouts) called.insert(callout.item);
+    visible.merge(VisibleOccurrences(picture));
+  }
+  for (const ItemState& item : pictures.back().items) {
     const bool seen = std::any_of(item.occurrences.begin(), item.occurrences.end(),
                                   [&](int occurrence) { return visible.count(occurrence) > 0; });
     if (seen || called.count(item.id) == 0) continue;
-    const std::string name = item.occurrences.empty() ? "" : input.tree.ProductOf(item.occurrences.front()).name;
+    const OccurrenceTree& tree = pictures.back().tree;
+    const std::string name = item.occurrences.empty() ? "" : tree.ProductOf(item.occurrences.front()).name;
     findings.push_back({"item-not-visible", static_cast<int>(item.id),
-                        "item " + item.number + " (" + name + "): no part of it can be seen in this view"});
+                        "item " + item.number + " (" + name + "): no part of it can be seen in this figure"});
   }
   return findings;
 }

@@ -22,8 +22,14 @@ struct FigureInput {
   const TextMeasure& text;
 };
 
-/// Parts with their lines, and balloons with their shown leaders. Neither page, title nor table.
+/// Parts with their lines and areas, balloons with their shown leaders, and the pictures' boxes. Neither page, title
+/// nor table. Ids of parts of the second picture begin with "2/", of the third with "3/" and so on.
+[[nodiscard]] Figure ComposeFigure(const std::vector<FigureInput>& pictures);
 [[nodiscard]] Figure ComposeFigure(const FigureInput& input);
+
+/// Stable ids of all occurrences: the instance names from the root on, as far as ids allow them. An occurrence's id
+/// begins with its parent's.
+[[nodiscard]] std::vector<std::string> MakePartIds(const OccurrenceTree& tree);
 
 /// The list of all items, in order. A product's `material` comes first among the properties.
 [[nodiscard]] PartsList ComposePartsList(const OccurrenceTree& tree, const std::vector<ItemState>& items);
@@ -32,7 +38,8 @@ struct FigureInput {
 /// material.
 [[nodiscard]] PartsTable ComposeTable(const PartsList& list, const std::string& language, bool withMaterial);
 
-/// An "item-not-visible" for each item that has a callout and no part that can be seen in the view.
-[[nodiscard]] std::vector<Finding> FindHiddenItems(const FigureInput& input);
+/// An "item-not-visible" for each item that has a callout and no part that can be seen in any picture. The items are
+/// those of the last picture.
+[[nodiscard]] std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures);
 
 }  // namespace zrfigure

@@ -20,21 +20,27 @@ std::vector<ItemState> PlannedItems(const std::vector<PlannedRow>& rows) {
   return items;
 }
 
-std::vector<std::string> WritePages(Figure figure, const PartsList& list, const PageSetup& setup,
-                                    const TextMeasure& text) {
-  PagePlan plan = PlanPageWithList(setup.page, list, setup.language, text);
+std::vector<Figure> DividePages(Figure figure, const PartsList& list, const PageSetup& setup, const TextMeasure& text) {
+  PagePlan plan = PlanPageWithList(setup.page, list, setup.language, text, setup.listPlace);
   figure.title = setup.title;
   figure.page = setup.page;
   if (setup.leaderWeightMm > 0) figure.lineWidths.leader = setup.leaderWeightMm;
   figure.table = std::move(plan.table);
-  std::vector<std::string> pages{WriteSvg(figure)};
+  std::vector<Figure> pages{std::move(figure)};
   for (PartsTable& table : plan.furtherPages) {
     Figure page;
-    page.title = figure.title;
-    page.page = figure.page;
+    page.title = setup.title;
+    page.page = setup.page;
     page.table = std::move(table);
-    pages.push_back(WriteSvg(page));
+    pages.push_back(std::move(page));
   }
+  return pages;
+}
+
+std::vector<std::string> WritePages(Figure figure, const PartsList& list, const PageSetup& setup,
+                                    const TextMeasure& text) {
+  std::vector<std::string> pages;
+  for (const Figure& page : DividePages(std::move(figure), list, setup, text)) pages.push_back(WriteSvg(page));
   return pages;
 }
 

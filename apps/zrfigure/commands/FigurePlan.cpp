@@ -53,6 +53,20 @@ double Capacity(const Box2& box, double scale, const LabelStock& labels, int rin
   return kFill * rings * perRing;
 }
 
+/// Equal cells, filled row by row.
+std::vector<Box2> Cells(const Box2& room, std::size_t count, std::size_t columns) {
+  const std::size_t rows = (count + columns - 1) / columns;
+  const double width = room.Width() / static_cast<double>(columns);
+  const double height = room.Height() / static_cast<double>(rows);
+  std::vector<Box2> cells;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double left = room.minX + width * static_cast<double>(i % columns);
+    const double top = room.minY + height * static_cast<double>(i / columns);
+    cells.push_back({left, top, left + width, top + height});
+  }
+  return cells;
+}
+
 /// Whether a cell of the placed rows, which are the first ones, lost some of its text.
 bool IsShortened(const PartsTable& placed, const PartsTable& table) {
   for (std::size_t i = 0; i < placed.rows.size(); ++i) {
@@ -91,9 +105,33 @@ View PlanView(const OccurrenceTree& tree, const ViewDirection& direction, const 
   return view;
 }
 
-PagePlan PlanPageWithList(const Page& page, const PartsList& list, const std::string& language,
-                          const TextMeasure& text) {
-  const TablePlace place = page.widthMm >= page.heightMm ? TablePlace::Beside : TablePlace::Under;
+PlannedViews PlanViews(const OccurrenceTree& tree, const std::vector<ViewDirection>& directions, const Page& page,
+                       const Box2& room, const LabelStock& labels) {
+  const std::size_t count = directions.size();
+  const LabelStock share{(labels.count + count - 1) / count, labels.width, labels.height};
+  PlannedViews best;
+  double bestScale = 0;
+  for (std::size_t columns = 1; columns <= count; ++columns) {
+    PlannedViews planned;
+    planned.rooms = Cells(room, count, columns);
+    double scale = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      planned.views.push_back(PlanView(tree, directions[i], page, planned.rooms[i], share));
+      if (i == 0 || planned.views[i].scale < scale) scale = planned.views[i].scale;
+    }
+    // The plan has the model's middle in the middle of its cell, so another scale moves nothing.
+    for (View& view : planned.views) view.scale = scale;
+    if (columns == 1 || scale > bestScale) {
+      bestScale = scale;
+      best = std::move(planned);
+    }
+  }
+  return best;
+}
+
+PagePlan PlanPageWithList(const Page& page, const PartsList& list, const std::string& language, const TextMeasure& text,
+                          std::optional<TablePlace> wanted) {
+  const TablePlace place = wanted.value_or(page.widthMm >= page.heightMm ? TablePlace::Beside : TablePlace::Under);
   const PartsTable table = ComposeTable(list, language, true);
   PagePlan plan = PlanPage(page, table, place, text);
   if (!plan.table || !IsShortened(*plan.table, table)) return plan;

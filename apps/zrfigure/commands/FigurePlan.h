@@ -2,6 +2,7 @@
 // Divides the page before there is a callout: place of the parts list, room for labels, scale and position of the
 // model.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,9 +33,19 @@ struct LabelStock {
 [[nodiscard]] View PlanView(const OccurrenceTree& tree, const ViewDirection& direction, const Page& page,
                             const Box2& room, const LabelStock& labels);
 
-/// The parts list beside the drawing on a lying page, under it on a standing one. Materials are left out when names
-/// would have to be shortened for them.
+/// A view for each direction, all at one scale, each in a cell of its own of `room`.
+struct PlannedViews {
+  std::vector<View> views;
+  std::vector<Box2> rooms;
+};
+/// Divides the room into rows of equal cells, in as many columns as give the largest scale. The labels are thought to
+/// spread evenly over the views.
+[[nodiscard]] PlannedViews PlanViews(const OccurrenceTree& tree, const std::vector<ViewDirection>& directions,
+                                     const Page& page, const Box2& room, const LabelStock& labels);
+
+/// Places the parts list; without a place beside the drawing on a lying page, under it on a standing one. Materials are
+/// left out when names would have to be shortened for them.
 [[nodiscard]] PagePlan PlanPageWithList(const Page& page, const PartsList& list, const std::string& language,
-                                        const TextMeasure& text);
+                                        const TextMeasure& text, std::optional<TablePlace> wanted = std::nullopt);
 
 }  // namespace zrfigure

@@ -30,6 +30,7 @@
 
 #include "commands/HostTemplate.h"
 #include "commands/LabelText.h"
+#include "commands/PicturePicks.h"
 #include "commands/RegionPicks.h"
 #include "commands/RunEvent.h"
 #include "drawing/BalloonSize.h"
@@ -143,6 +144,11 @@ void HostSession::SetVisibleRegions(std::vector<VisibleRegion> regions) {
   view_->SetPickService(zrk::MakeObject<RegionPicks>(structure_, std::move(regions)));
 }
 
+void HostSession::SetPicture(const View& view, IdBuffer ids) {
+  view_->SetPickService(zrk::MakeObject<PicturePicks>(structure_, view, CameraOf(view), std::move(ids)));
+  view_->FireTimeout();
+}
+
 void HostSession::PrepareRows(const std::vector<PlannedRow>& rows, bool hierarchical) {
   std::string name;
   (void)du::Localizer("zrbase:zrmodulesStrings").LocalizeMessage("142", name);
@@ -184,6 +190,7 @@ RunSeconds HostSession::Generate(const std::vector<int>& selected, bool showProg
   }
   const Clock::time_point end = Clock::now();
   zrk::World::GetWorld()->GetTaskPool()->WaitIdle();
+  runOperation_ = zrk::UndoHistory::GetLast(scene_);
   const Clock::time_point placing = labelSizes_->FirstAsked().value_or(end);
   return {SecondsBetween(begin, placing), SecondsBetween(placing, end)};
 }
@@ -228,6 +235,7 @@ LeaderState HostSession::Describe(const zrannotations::CalloutLeader& leader) co
   for (const dg::DPoint3D& bend : leader.GetBendPoints()) state.bends.push_back(ToVec3(bend));
   state.hidden = leader.IsHidden();
   state.visible = leader.IsVisible();
+  state.occluded = leader.IsOccluded();
   return state;
 }
 

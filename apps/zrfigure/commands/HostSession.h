@@ -4,6 +4,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <du/SmartPtr.h>
@@ -14,6 +15,7 @@
 #include "commands/TemplateFile.h"
 #include "drawing/TextMeasure.h"
 #include "visibility/VisibleRegions.h"
+#include "zrcallouts/Align.h"
 
 namespace zrannotations {
 class Callout;
@@ -40,7 +42,8 @@ struct LeaderState {
   Vec3 anchor;
   std::vector<Vec3> bends;  ///< From anchor to label.
   bool hidden = false;
-  bool visible = true;  ///< Whether what it is anchored on is shown.
+  bool visible = true;    ///< Whether what it is anchored on is shown.
+  bool occluded = false;  ///< Whether geometry hides its end: drawn dashed.
 };
 
 /// A callout as it stands.
@@ -88,6 +91,9 @@ public:
   void SetView(const View& view, const Box2& room);
   /// What is seen in that view; picks are answered from it.
   void SetVisibleRegions(std::vector<VisibleRegion> regions);
+  /// The same from the whole picture of the session's view. If the camera has turned since the last one, anchors follow
+  /// what can be seen now: see LeaderState::occluded.
+  void SetPicture(const View& view, IdBuffer ids);
 
   /// Makes rows in the given order, as an operation that is undone and redone together with the next run. Rows that
   /// exist are left alone. With `hierarchical` the rows' paths number the items from now on.
@@ -95,6 +101,18 @@ public:
 
   /// Creates callouts for the occurrences on the task pool and waits for the end.
   RunSeconds Generate(const std::vector<int>& selected, bool showProgress);
+
+  /// Renumbers the items along the order; see zrfigure::Renumber(). Steps of the last run, undone and redone with it.
+  void RenumberItems(const std::vector<unsigned>& order);
+
+  /// A callout's id and where its label's centre shall be, world millimetres.
+  using LabelMove = std::pair<unsigned, Vec3>;
+  /// Moves labels, as steps of the last run. Their leaders become straight. Unknown ids are ignored.
+  void MoveLabels(const std::vector<LabelMove>& moves);
+
+  /// Lines up the labels of all callouts, as an operation of its own. Their leaders become straight. \return false,
+  /// with nothing moved and the reason in `error`, when the axis points at the viewer and for fewer than two callouts.
+  [[nodiscard]] bool AlignLabels(zrcallouts::Align_Mode mode, bool distribute, std::string& error);
 
   /// Takes the last operation back, or makes it again. False when there is none.
   bool Undo();
@@ -127,6 +145,7 @@ private:
   std::unique_ptr<LabelSizes> labelSizes_;
   du::SmartPtr<zrcallouts::Callouts> engine_;
   std::set<du::SmartPtr<zrk::Operation>> rowOperations_;  ///< Those of PrepareRows.
+  du::SmartPtr<zrk::Operation> runOperation_;             ///< Of the last run that created something.
 };
 
 }  // namespace zrfigure

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <tuple>
 
 namespace zrfigure {
 namespace {
@@ -60,11 +61,6 @@ bool AnyLeadersMeet(const Balloon& a, const Balloon& b) {
   });
 }
 
-bool Overlap(const Box2& a, const Box2& b) {
-  return std::min(a.maxX, b.maxX) - std::max(a.minX, b.minX) > kOverlapPx &&
-         std::min(a.maxY, b.maxY) - std::max(a.minY, b.minY) > kOverlapPx;
-}
-
 /// Clips the line parameter range [low, high] to one side of a box; false when nothing is left.
 bool ClipSide(double direction, double distance, double& low, double& high) {
   if (direction == 0) return distance >= 0;
@@ -108,13 +104,6 @@ bool Apart(const Box2& a, const Box2& b) {
          b.maxX < a.minX - kSamePointPx;
 }
 
-void CountPair(const Balloon& a, const Balloon& b, LayoutFaults& faults) {
-  if (Overlap(a.box, b.box)) ++faults.labelOverlaps;
-  if (AnyLeaderThrough(a, b.box)) ++faults.labelOverlaps;
-  if (AnyLeaderThrough(b, a.box)) ++faults.labelOverlaps;
-  if (AnyLeadersMeet(a, b)) ++faults.leaderCrossings;
-}
-
 /// Calls `visit(a, b)` for all pairs of balloons that come near each other. Sweeps from left to right over the extents:
 /// a pair is looked at only while their x ranges overlap.
 template <class Visit>
@@ -135,27 +124,72 @@ void ForEachNearPair(const std::vector<Balloon>& balloons, const Visit& visit) {
   }
 }
 
+std::vector<std::size_t> IndicesOf(const std::vector<bool>& marked) {
+  std::vector<std::size_t> indices;
+  for (std::size_t i = 0; i < marked.size(); ++i) {
+    if (marked[i]) indices.push_back(i);
+  }
+  return indices;
+}
+
 }  // namespace
 
-LayoutFaults CountLayoutFaults(const std::vector<Balloon>& balloons, const Box2& modelBox) {
+bool Overlap(const Box2& a, const Box2& b) {
+  return std::min(a.maxX, b.maxX) - std::max(a.minX, b.minX) > kOverlapPx &&
+         std::min(a.maxY, b.maxY) - std::max(a.minY, b.minY) > kOverlapPx;
+}
+
+bool Leaves(const Box2& box, const Box2& room) {
+  return box.minX < room.minX - kOverlapPx || box.minY < room.minY - kOverlapPx || box.maxX > room.maxX + kOverlapPx ||
+         box.maxY > room.maxY + kOverlapPx;
+}
+
+std::vector<BalloonConflict> FindConflicts(const std::vector<Balloon>& balloons) {
+  using Kind = BalloonConflict::Kind;
+  std::vector<BalloonConflict> conflicts;
+  ForEachNearPair(balloons, [&](std::size_t x, std::size_t y) {
+    const std::size_t a = std::min(x, y), b = std::max(x, y);
+    if (Overlap(balloons[a].box, balloons[b].box)) conflicts.push_back({Kind::LabelsOverlap, a, b});
+    if (AnyLeaderThrough(balloons[a], balloons[b].box)) conflicts.push_back({Kind::LeaderThrough, a, b});
+    if (AnyLeaderThrough(balloons[b], balloons[a].box)) conflicts.push_back({Kind::LeaderThrough, b, a});
+    if (AnyLeadersMeet(balloons[a], balloons[b])) conflicts.push_back({Kind::LeadersMeet, a, b});
+  });
+  std::ranges::sort(conflicts, {}, [](const BalloonConflict& c) { return std::tuple(c.first, c.second, c.kind); });
+  return conflicts;
+}
+
+LayoutFaults CountLayoutFaults(const std::vector<Balloon>& balloons, const std::vector<Box2>& drawings) {
   LayoutFaults faults;
-  for (const Balloon& balloon : balloons) faults.labelsOverModel += Overlap(balloon.box, modelBox) ? 1 : 0;
-  ForEachNearPair(balloons, [&](std::size_t a, std::size_t b) { CountPair(balloons[a], balloons[b], faults); });
+  for (const Balloon& balloon : balloons) {
+    const auto covers = [&](const Box2& drawing) { return Overlap(balloon.box, drawing); };
+    faults.labelsOverModel += std::any_of(drawings.begin(), drawings.end(), covers) ? 1 : 0;
+  }
+  for (const BalloonConflict& conflict : FindConflicts(balloons)) {
+    ++(conflict.kind == BalloonConflict::Kind::LeadersMeet ? faults.leaderCrossings : faults.labelOverlaps);
+  }
   return faults;
 }
 
 std::vector<std::size_t> FindTangledBalloons(const std::vector<Balloon>& balloons) {
   std::vector<bool> tangled(balloons.size(), false);
-  ForEachNearPair(balloons, [&](std::size_t a, std::size_t b) {
-    const bool meet = AnyLeadersMeet(balloons[a], balloons[b]);
-    if (meet || AnyLeaderThrough(balloons[a], balloons[b].box)) tangled[a] = true;
-    if (meet || AnyLeaderThrough(balloons[b], balloons[a].box)) tangled[b] = true;
-  });
-  std::vector<std::size_t> indices;
-  for (std::size_t i = 0; i < tangled.size(); ++i) {
-    if (tangled[i]) indices.push_back(i);
+  for (const BalloonConflict& conflict : FindConflicts(balloons)) {
+    if (conflict.kind == BalloonConflict::Kind::LabelsOverlap) continue;
+    tangled[conflict.first] = true;
+    if (conflict.kind == BalloonConflict::Kind::LeadersMeet) tangled[conflict.second] = true;
   }
-  return indices;
+  return IndicesOf(tangled);
+}
+
+std::vector<std::size_t> FindMisplacedBalloons(const std::vector<Balloon>& balloons, const Box2& modelBox,
+                                               const Box2& room) {
+  std::vector<bool> misplaced(balloons.size(), false);
+  for (const BalloonConflict& conflict : FindConflicts(balloons)) {
+    misplaced[conflict.first] = misplaced[conflict.second] = true;
+  }
+  for (std::size_t i = 0; i < balloons.size(); ++i) {
+    if (Overlap(balloons[i].box, modelBox) || Leaves(balloons[i].box, room)) misplaced[i] = true;
+  }
+  return IndicesOf(misplaced);
 }
 
 }  // namespace zrfigure

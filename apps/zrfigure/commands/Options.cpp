@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "commands/AlignModes.h"
 #include "commands/OutputFiles.h"
 #include "commands/PageFormat.h"
 #include "commands/TemplateFile.h"
@@ -25,18 +26,25 @@ constexpr const char* kExamples =
     "  zrfigure pump.glb --view front --template number-name --per-instance\n"
     "  zrfigure pump.step --select 'bolt*' --select 'housing/**' --combine\n"
     "  zrfigure pump.step --level 1 --numbering hierarchical --lang de\n"
+    "  zrfigure pump.step --view iso --view back --order clockwise --pin last.svg\n"
+    "  zrfigure check pump.svg --format sarif    (zrfigure check --help lists its options)\n"
     "  zrfigure run steps.zrf      (commands step by step; zrfigure run --help lists them)\n";
 
 /// A figure smaller than this has no room for a model and its labels.
 constexpr double kMinInsideMm = 40;
+/// Pages with a side longer than that have the wide margin by default.
+constexpr double kLargePageMm = 600;
+constexpr double kWideMarginMm = 20;
+constexpr std::size_t kMostViews = 9;
 
 /// What the command line library fills in; checked and converted afterwards, so that all messages read alike.
 struct RawOptions {
-  std::string model, figure, parts;
-  std::string view = "iso", page = "A4", margin = "10";
+  std::string model, figure, parts, pin;
+  std::string page = "A4", margin, list = "auto", format = "text";
   std::string templateName = "number", numbering = "flat", language = "en", level;
-  std::vector<std::string> select, weld;
-  bool portrait = false, landscape = false;
+  std::string order = "item", callouts = "3d", align;
+  std::vector<std::string> views, select, weld;
+  bool portrait = false, landscape = false, frame = false, distribute = false;
   bool perInstance = false, combine = false;
   bool quiet = false, json = false, strict = false;
 };
@@ -49,15 +57,34 @@ void DefineFiles(CLI::App& app, RawOptions& raw) {
   app.add_option("--parts", raw.parts, "Parts list to write: .csv .json")->type_name("FILE")->group("Files");
 }
 
+void DefineCheckedFile(CLI::App& app, RawOptions& raw) {
+  app.add_option("FILE", raw.model,
+                 "A figure (.svg), a report of one (.json), or a model to draw with the options below")
+      ->type_name(" ")
+      ->group("Files");
+  app.add_option("--format", raw.format, "text, json or sarif")->type_name("FORMAT")->group("Files");
+}
+
 void DefinePage(CLI::App& app, RawOptions& raw) {
   const char* group = "View and page";
-  app.add_option("--view", raw.view, "iso, front, top, right, left, back, bottom or AZIMUTH,ELEVATION in degrees")
+  app.add_option("--view", raw.views,
+                 "iso, front, top, right, left, back, bottom or AZIMUTH,ELEVATION in degrees; repeated: several "
+                 "pictures on the page, each item called out where it is seen best")
       ->type_name("VIEW")
+      ->allow_extra_args(false)
       ->group(group);
   app.add_option("--page", raw.page, "A4, A3, A2 or WIDTHxHEIGHT in mm")->type_name("SIZE")->group(group);
   app.add_flag("--portrait", raw.portrait, "Page standing")->group(group);
   app.add_flag("--landscape", raw.landscape, "Page lying (default)")->group(group);
-  app.add_option("--margin", raw.margin, "Margin of the page in mm (default 10)")->type_name("MM")->group(group);
+  app.add_option("--margin", raw.margin, "Margin of the page in mm (default 10, or 20 above A2)")
+      ->type_name("MM")
+      ->group(group);
+  app.add_flag("--frame", raw.frame, "Draw a frame along the margin")->group(group);
+  app.add_option(
+         "--list", raw.list,
+         "Parts list beside or under the drawing, on it in the corner, on a page of its own (own), none, or auto")
+      ->type_name("PLACE")
+      ->group(group);
 }
 
 void DefineCallouts(CLI::App& app, RawOptions& raw) {
@@ -75,6 +102,17 @@ void DefineCallouts(CLI::App& app, RawOptions& raw) {
       ->type_name("N")
       ->group(group);
   app.add_option("--numbering", raw.numbering, "flat or hierarchical")->type_name("KIND")->group(group);
+  app.add_option("--order", raw.order, "Numbers run by item, or clockwise round the figure")
+      ->type_name("ORDER")
+      ->group(group);
+  app.add_option("--align", raw.align, "Line the labels up: " + AlignModeNames())->type_name("MODE")->group(group);
+  app.add_flag("--distribute", raw.distribute, "With --align: space the labels evenly")->group(group);
+  app.add_option("--pin", raw.pin, "Earlier figure (.svg) or report (.json): its labels stay where that is still good")
+      ->type_name("FILE")
+      ->group(group);
+  app.add_option("--callouts", raw.callouts, "3d, or 2d: balloons are callouts of a 2D page; not with --combine")
+      ->type_name("KIND")
+      ->group(group);
   app.add_option("--weld", raw.weld, "Products or instances that are weldments; may be repeated")
       ->type_name("GLOB")
       ->allow_extra_args(false)
@@ -131,16 +169,30 @@ Page ConvertPage(const RawOptions& raw) {
   std::string error;
   const auto format = ParsePageFormat(raw.page, orientation, error);
   if (!format) Fail("--page", error);
-  const auto margin = ParseNumber(raw.margin);
-  if (!margin || *margin < 0) Fail("--margin", "'" + raw.margin + "' is not a number of millimetres");
-  if (std::min(format->widthMm, format->heightMm) - 2 * *margin < kMinInsideMm) {
-    Fail("--margin", raw.margin + " mm leave less than 40 mm of the page");
-  }
   Page page;
   page.widthMm = format->widthMm;
   page.heightMm = format->heightMm;
-  page.marginMm = *margin;
+  page.frame = raw.frame;
+  page.marginMm = std::max(page.widthMm, page.heightMm) > kLargePageMm ? kWideMarginMm : Page().marginMm;
+  if (!raw.margin.empty()) {
+    const auto margin = ParseNumber(raw.margin);
+    if (!margin || *margin < 0) Fail("--margin", "'" + raw.margin + "' is not a number of millimetres");
+    page.marginMm = *margin;
+  }
+  if (std::min(page.widthMm, page.heightMm) - 2 * page.marginMm < kMinInsideMm) {
+    Fail("--margin", (raw.margin.empty() ? "its default of 10" : raw.margin) + " mm leave less than 40 mm of the page");
+  }
   return page;
+}
+
+TablePlace ConvertListPlace(const std::string& text, const Page& page) {
+  RequireOneOf("--list", text, {"auto", "beside", "under", "on", "own", "none"});
+  if (text == "beside") return TablePlace::Beside;
+  if (text == "under") return TablePlace::Under;
+  if (text == "on") return TablePlace::OnDrawing;
+  if (text == "own") return TablePlace::OwnPage;
+  if (text == "none") return TablePlace::None;
+  return page.widthMm >= page.heightMm ? TablePlace::Beside : TablePlace::Under;
 }
 
 std::optional<unsigned> ConvertLevel(const std::string& text) {
@@ -153,11 +205,17 @@ std::optional<unsigned> ConvertLevel(const std::string& text) {
   return level;
 }
 
-ViewDirection ConvertView(const std::string& text) {
-  std::string error;
-  const auto direction = ParseViewDirection(text, error);
-  if (!direction) Fail("--view", error);
-  return *direction;
+std::vector<ViewDirection> ConvertViews(std::vector<std::string> texts) {
+  if (texts.empty()) texts.push_back("iso");
+  if (texts.size() > kMostViews) Fail("--view", "a page has room for 9 views at most");
+  std::vector<ViewDirection> directions;
+  for (const std::string& text : texts) {
+    std::string error;
+    const auto direction = ParseViewDirection(text, error);
+    if (!direction) Fail("--view", error);
+    directions.push_back(*direction);
+  }
+  return directions;
 }
 
 void ConvertTemplate(const std::string& name) {
@@ -166,17 +224,24 @@ void ConvertTemplate(const std::string& name) {
        "'" + name + "' is neither built in (number, number-quantity, number-tag, number-name) nor a .json file");
 }
 
-Options Convert(const RawOptions& raw) {
-  if (raw.model.empty()) throw OptionError{"no model given: zrfigure MODEL [options]; --help lists them"};
-  Options options;
-  options.model = raw.model;
-  options.figure = raw.figure;
-  if (raw.figure.empty()) options.figure = std::filesystem::path(raw.model).filename().stem().string() + ".svg";
-  RequireExtension("--output", options.figure, {".svg", ".pdf", ".png"});
-  if (!raw.parts.empty()) RequireExtension("--parts", raw.parts, {".csv", ".json"});
-  options.parts = raw.parts;
-  options.direction = ConvertView(raw.view);
-  options.page = ConvertPage(raw);
+/// Order, kind, alignment and pins: what happens to callouts after they were created.
+void ConvertArrangement(const RawOptions& raw, Options& options) {
+  RequireOneOf("--order", raw.order, {"item", "clockwise"});
+  if (raw.order == "clockwise") options.order = ItemOrder::Clockwise;
+  RequireOneOf("--callouts", raw.callouts, {"3d", "2d"});
+  if (raw.callouts == "2d") options.kind = CalloutKind::Sheet;
+  if (raw.callouts == "2d" && raw.combine) Fail("--callouts", "a 2d callout has one leader: not with --combine");
+  if (!raw.align.empty()) {
+    options.align = FindAlignMode(raw.align);
+    if (!options.align) Fail("--align", "'" + raw.align + "' is unknown: use " + AlignModeNames());
+  }
+  if (raw.distribute && raw.align.empty()) Fail("--distribute", "needs --align, which says along what");
+  options.distribute = raw.distribute;
+  if (!raw.pin.empty()) RequireExtension("--pin", raw.pin, {".svg", ".json"});
+  options.pin = raw.pin;
+}
+
+void ConvertCallouts(const RawOptions& raw, Options& options) {
   ConvertTemplate(raw.templateName);
   options.templateName = raw.templateName;
   if (raw.combine && raw.perInstance) Fail("--per-instance", "cannot be used with --combine");
@@ -187,11 +252,37 @@ Options Convert(const RawOptions& raw) {
   options.level = ConvertLevel(raw.level);
   RequireOneOf("--numbering", raw.numbering, {"flat", "hierarchical"});
   options.hierarchical = raw.numbering == "hierarchical";
+  ConvertArrangement(raw, options);
   RequireOneOf("--lang", raw.language, {"en", "de", "fr", "ja"});
   options.language = raw.language;
+}
+
+FindingFormat ConvertFormat(const std::string& text) {
+  RequireOneOf("--format", text, {"text", "json", "sarif"});
+  if (text == "json") return FindingFormat::Json;
+  return text == "sarif" ? FindingFormat::Sarif : FindingFormat::Text;
+}
+
+Options Convert(const RawOptions& raw, bool check) {
+  if (raw.model.empty()) {
+    throw OptionError{check ? "check: no file given: zrfigure check FILE [options]; --help lists them"
+                            : "no model given: zrfigure MODEL [options]; --help lists them"};
+  }
+  Options options;
+  options.model = raw.model;
+  options.figure = raw.figure;
+  if (raw.figure.empty()) options.figure = std::filesystem::path(raw.model).filename().stem().string() + ".svg";
+  RequireExtension("--output", options.figure, {".svg", ".pdf", ".png"});
+  if (!raw.parts.empty()) RequireExtension("--parts", raw.parts, {".csv", ".json"});
+  options.parts = raw.parts;
+  options.directions = ConvertViews(raw.views);
+  options.page = ConvertPage(raw);
+  options.listPlace = ConvertListPlace(raw.list, options.page);
+  ConvertCallouts(raw, options);
   options.quiet = raw.quiet;
   options.json = raw.json;
   options.strict = raw.strict;
+  if (check) options.check = ConvertFormat(raw.format);
   return options;
 }
 
@@ -203,18 +294,22 @@ std::string OneLine(std::string text) {
 }  // namespace
 
 ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
-  CLI::App app("Draws a CAD assembly as a figure with numbered callouts and a parts list.", "zrfigure");
-  app.footer(kExamples);
+  const bool check = !arguments.empty() && arguments.front() == "check";
+  CLI::App app(check ? "Looks a figure over: every item shown, leaders and labels apart, list and figure agreed."
+                     : "Draws a CAD assembly as a figure with numbered callouts and a parts list.",
+               check ? "zrfigure check" : "zrfigure");
+  if (!check) app.footer(kExamples);
   RawOptions raw;
-  DefineFiles(app, raw);
+  check ? DefineCheckedFile(app, raw) : DefineFiles(app, raw);
   DefinePage(app, raw);
   DefineCallouts(app, raw);
-  DefineReporting(app, raw);
+  if (!check) DefineReporting(app, raw);
+  if (check) app.set_help_flag("-h,--help", "Print this help")->group("Files");
   ParsedOptions result;
   try {
     // The library takes its arguments from the back.
-    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    result.options = Convert(raw);
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - (check ? 1 : 0)));
+    result.options = Convert(raw, check);
   } catch (const CLI::CallForHelp&) {
     result.output = app.help();
   } catch (const CLI::CallForVersion& version) {

@@ -1,6 +1,7 @@
 #pragma once
 // What a command did, for people and for programs.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,8 +37,13 @@ struct Report {
   Seconds seconds;
 };
 
-/// One JSON object with a line feed at the end; seconds to the millisecond.
-[[nodiscard]] std::string ReportToJson(const Report& report);
+/// One JSON object with a line feed at the end: the report, then page, labels and rows of the figure with their places
+/// in millimetres. Seconds to the millisecond, millimetres to the micrometre.
+[[nodiscard]] std::string ReportToJson(const Report& report, const std::vector<Figure>& pages);
+
+/// The figure of which ReportToJson() told: page, boxes of the pictures, balloons and rows, all rows on one page.
+/// \return nothing with one line in `error` for anything else.
+[[nodiscard]] std::optional<Figure> ReadReport(const std::string& json, std::string& error);
 
 /// Two or three lines for a terminal: counts and files.
 [[nodiscard]] std::string ReportToText(const Report& report);

@@ -2,6 +2,7 @@
 // A figure as plain values, ready to be written: page, line art, balloons, parts table. All positions and sizes in page
 // pixels, kPxPerMm to the millimetre, origin in the page's top left corner, y down.
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,6 +51,7 @@ struct Leader {
   std::vector<Point2> points;  ///< From the anchor on the part to the edge of the balloon; at least two.
   LeaderEnd end = LeaderEnd::Dot;
   bool hidden = false;  ///< Points at something that cannot be seen: drawn dashed, without dot or arrow.
+  std::string partId;   ///< FigurePart::id it points at, or what ids of the parts of an assembly begin with.
 };
 
 enum class BalloonShape {
@@ -65,6 +67,11 @@ struct Balloon {
   BalloonShape shape = BalloonShape::Circle;
   Box2 box;  ///< Outer edge of the border.
   std::vector<Leader> leaders;
+
+  /// Whether it points at nothing that can be seen; drawn in grey then.
+  [[nodiscard]] bool IsDimmed() const {
+    return !leaders.empty() && std::ranges::all_of(leaders, [](const Leader& leader) { return leader.hidden; });
+  }
 };
 
 /// Free space either side of a cell's text, as a multiple of the lettering height.
@@ -81,6 +88,7 @@ struct TableColumn {
 struct TableRow {
   std::string itemId;
   std::vector<std::string> cells;  ///< One a column; missing ones are empty.
+  bool shown = true;               ///< False for an item of which the figure shows nothing.
 };
 
 /// The ruled parts list on a page.
@@ -90,9 +98,14 @@ struct PartsTable {
   double rowHeight = 0;        ///< Pixels, filled by MeasureTable().
   std::vector<TableColumn> columns;
   std::vector<TableRow> rows;
+  bool rising = false;  ///< The headings stand at the bottom and the rows rise from them.
 
   [[nodiscard]] double Width() const;
   [[nodiscard]] double Height() const;  ///< Header and rows.
+  [[nodiscard]] double HeaderTop() const { return origin.y + (rising ? Height() - rowHeight : 0); }
+  [[nodiscard]] double RowTop(std::size_t row) const {
+    return origin.y + rowHeight * static_cast<double>(rising ? rows.size() - 1 - row : row + 1);
+  }
 };
 
 /// Everything on one page.
@@ -100,6 +113,7 @@ struct Figure {
   std::string title;  ///< The document's title; not drawn.
   Page page;
   LineWidths lineWidths;
+  std::vector<Box2> drawings;  ///< Boxes of the model, one a picture of it.
   std::vector<FigurePart> parts;
   std::vector<Balloon> balloons;
   std::optional<PartsTable> table;

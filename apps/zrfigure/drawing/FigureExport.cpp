@@ -10,9 +10,13 @@
 #include <cmath>
 #include <csetjmp>
 #include <ctime>
+#include <map>
 #include <memory>
+#include <set>
 
 #include "drawing/AtomicFile.h"
+#include "drawing/SvgPath.h"
+#include "drawing/SvgReader.h"
 
 namespace zrfigure {
 namespace {
@@ -173,15 +177,72 @@ cairo_status_t AppendPdf(void* bytes, const unsigned char* data, unsigned size) 
   return CAIRO_STATUS_SUCCESS;
 }
 
+/// Links between the rows of the parts list and the balloons, over all pages of a document.
+class PageLinks {
+public:
+  void Add(const std::string& svg) {
+    std::string ignored;
+    pages_.push_back(ReadSvg(svg, ignored).value_or(Figure()));
+    const Figure& page = pages_.back();
+    for (const Balloon& balloon : page.balloons) balloonOf_.emplace(balloon.itemId, balloon.id);
+    if (!page.table) return;
+    for (const TableRow& row : page.table->rows) rows_.insert(row.itemId);
+  }
+
+  /// To be called while the page is the context's current one.
+  void Draw(std::size_t page, cairo_t* context) const {
+    const Figure& figure = pages_[page];
+    for (const Balloon& balloon : figure.balloons) {
+      Mark(context, "callout-" + balloon.id, balloon.box);
+      if (rows_.count(balloon.itemId) > 0) Link(context, "row-" + balloon.itemId, balloon.box);
+    }
+    if (!figure.table) return;
+    const PartsTable& table = *figure.table;
+    for (std::size_t i = 0; i < table.rows.size(); ++i) {
+      const double top = table.RowTop(i);
+      const Box2 box{table.origin.x, top, table.origin.x + table.Width(), top + table.rowHeight};
+      Mark(context, "row-" + table.rows[i].itemId, box);
+      const auto balloon = balloonOf_.find(table.rows[i].itemId);
+      if (balloon != balloonOf_.end()) Link(context, "callout-" + balloon->second, box);
+    }
+  }
+
+private:
+  static constexpr double kPointsPerPx = kPointsPerInch / (kMmPerInch * kPxPerMm);
+
+  static void Mark(cairo_t* context, const std::string& name, const Box2& box) {
+    const std::string attributes =
+        "name='" + name + "' x=" + SvgNumber(box.minX * kPointsPerPx) + " y=" + SvgNumber(box.minY * kPointsPerPx);
+    cairo_tag_begin(context, CAIRO_TAG_DEST, attributes.c_str());
+    cairo_tag_end(context, CAIRO_TAG_DEST);
+  }
+
+  static void Link(cairo_t* context, const std::string& target, const Box2& box) {
+    std::string attributes = "dest='" + target + "' rect=[";
+    for (double value : {box.minX, box.minY, box.Width(), box.Height()}) {
+      attributes.append(SvgNumber(value * kPointsPerPx)).append(" ");
+    }
+    cairo_tag_begin(context, CAIRO_TAG_LINK, (attributes + "]").c_str());
+    cairo_tag_end(context, CAIRO_TAG_LINK);
+  }
+
+  std::vector<Figure> pages_;
+  std::map<std::string, std::string> balloonOf_;  ///< First balloon by item.
+  std::set<std::string> rows_;
+};
+
 bool RenderPdf(const std::vector<std::string>& svgPages, std::string& bytes, std::string& error) {
+  PageLinks links;
+  for (const std::string& svg : svgPages) links.Add(svg);
   const Surface surface(cairo_pdf_surface_create_for_stream(AppendPdf, &bytes, 1, 1));
   cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, CreationDate().c_str());
   const Context context(cairo_create(surface.get()));
-  for (const std::string& svg : svgPages) {
+  for (std::size_t i = 0; i < svgPages.size(); ++i) {
     SvgPage page;
-    if (!page.Open(svg, error)) return false;
+    if (!page.Open(svgPages[i], error)) return false;
     cairo_pdf_surface_set_size(surface.get(), page.width * kPointsPerInch, page.height * kPointsPerInch);
     if (!page.Draw(context.get(), kPointsPerInch, error)) return false;
+    links.Draw(i, context.get());
     cairo_show_page(context.get());
   }
   cairo_surface_finish(surface.get());

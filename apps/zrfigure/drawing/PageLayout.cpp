@@ -31,6 +31,32 @@ void AddFurtherPages(const PartsTable& table, std::size_t begin, const Box2& ins
   }
 }
 
+/// Puts the plan's table where it belongs and takes its room from the drawing.
+void PlaceTable(TablePlace place, const Box2& inside, PagePlan& plan) {
+  PartsTable& table = *plan.table;
+  Box2 beside = inside, above = inside;
+  beside.maxX -= table.Width() + kGap;
+  above.maxY -= table.Height() + kGap;
+  switch (place) {
+    case TablePlace::None:
+    case TablePlace::OwnPage:
+      return;
+    case TablePlace::Beside:
+      table.origin = {inside.maxX - table.Width(), inside.minY};
+      plan.drawingArea = beside;
+      return;
+    case TablePlace::Under:
+      table.origin = {inside.minX, inside.maxY - table.Height()};
+      plan.drawingArea = above;
+      return;
+    case TablePlace::OnDrawing:
+      table.rising = true;
+      table.origin = {inside.maxX - table.Width(), inside.maxY - table.Height()};
+      plan.drawingArea = beside.Width() * beside.Height() >= above.Width() * above.Height() ? beside : above;
+      return;
+  }
+}
+
 std::size_t WidestFlexibleColumn(const PartsTable& table) {
   std::size_t widest = table.columns.size();
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
@@ -90,20 +116,12 @@ PagePlan PlanPage(const Page& page, const PartsTable& table, TablePlace place, c
     AddFurtherPages(measured, 0, inside, plan.furtherPages);
     return plan;
   }
-  const bool beside = place == TablePlace::Beside;
-  MeasureTable(measured, text, beside ? inside.Width() * kMostOfPage : inside.Width());
-  const std::size_t fit = RowsThatFit(measured, beside ? inside.Height() : inside.Height() * kMostOfPage);
+  const bool under = place == TablePlace::Under;
+  MeasureTable(measured, text, under ? inside.Width() : inside.Width() * kMostOfPage);
+  const std::size_t fit = RowsThatFit(measured, under ? inside.Height() * kMostOfPage : inside.Height());
   const std::size_t here = std::min(fit, measured.rows.size());
-  if (here > 0) {
-    plan.table = Rows(measured, 0, here);
-    if (beside) {
-      plan.table->origin = {inside.maxX - measured.Width(), inside.minY};
-      plan.drawingArea.maxX -= measured.Width() + kGap;
-    } else {
-      plan.table->origin = {inside.minX, inside.maxY - plan.table->Height()};
-      plan.drawingArea.maxY -= plan.table->Height() + kGap;
-    }
-  }
+  if (here > 0) plan.table = Rows(measured, 0, here);
+  if (here > 0) PlaceTable(place, inside, plan);
   AddFurtherPages(measured, here, inside, plan.furtherPages);
   return plan;
 }

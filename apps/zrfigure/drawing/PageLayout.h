@@ -6,7 +6,13 @@
 
 namespace zrfigure {
 
-enum class TablePlace { None, Beside, Under, OwnPage };
+enum class TablePlace {
+  None,
+  Beside,
+  Under,
+  OnDrawing,  ///< In the lower right corner, rows rising from the headings.
+  OwnPage
+};
 
 struct PagePlan {
   Box2 drawingArea;                      ///< What is left for model and balloons, page pixels.
@@ -18,7 +24,8 @@ struct PagePlan {
 /// narrow, narrow, and cells that still do not fit are shortened with three dots.
 void MeasureTable(PartsTable& table, const TextMeasure& text, double maxWidth);
 
-/// Places the table. Beside and under it gets at most 40 % of the page; what does not fit goes to further pages.
+/// Places the table. On the figure's page it gets at most 40 % of the width or height; what does not fit goes to
+/// further pages. A table on the drawing leaves the larger of what is above it and what is beside it.
 [[nodiscard]] PagePlan PlanPage(const Page& page, const PartsTable& table, TablePlace place, const TextMeasure& text);
 
 }  // namespace zrfigure

@@ -68,6 +68,7 @@ std::string PartsListToJson(const PartsList& list) {
                      {"quantity", item.quantity},
                      {"tag", item.tag},
                      {"name", item.name},
+                     {"shown", item.shown},
                      {"properties", properties},
                      {"occurrences", item.occurrences}});
   }

@@ -17,6 +17,7 @@ struct PartsListItem {
   std::string name;
   std::vector<std::string> occurrences;                         ///< Paths of the occurrences the item stands for.
   std::vector<std::pair<std::string, std::string>> properties;  ///< In the order to print them.
+  bool shown = true;                                            ///< False when the figure shows nothing of it.
 };
 
 struct PartsList {

@@ -16,6 +16,8 @@ constexpr double kArrowLength = 2.5 * kPxPerMm;
 constexpr double kArrowHalfWidth = 0.42 * kPxPerMm;
 constexpr double kHaloMm = 0.9;               // Width of the white band under a leader.
 constexpr double kHaloStop = 1.2 * kPxPerMm;  // How far from an arrow's tip it ends, to spare the outline there.
+constexpr const char* kInk = "#000";
+constexpr const char* kDimmed = "#808080";  // Callouts of which nothing can be seen.
 constexpr double kTableRuleMm = 0.25, kTableBorderMm = 0.5, kBalloonMm = 0.35, kFrameMm = 0.7;
 
 std::string Pixels(double millimetres) {
@@ -99,6 +101,13 @@ private:
 
   void AddParts() {
     pugi::xml_node drawing = Group(svg_, "drawing");
+    std::string boxes;
+    for (const Box2& box : figure_.drawings) {
+      for (double value : {box.minX, box.minY, box.maxX, box.maxY}) {
+        boxes.append(boxes.empty() ? "" : " ").append(SvgNumber(value));
+      }
+    }
+    if (!boxes.empty()) Set(drawing, "data-boxes", boxes);
     Set(drawing, "fill", "none");
     Set(drawing, "stroke", "#000");
     Set(drawing, "stroke-linecap", "round");
@@ -172,10 +181,12 @@ private:
 
   void AddBalloon(pugi::xml_node parent, const Balloon& balloon) const {
     pugi::xml_node group = ItemGroup(parent, "callout-" + balloon.id, "callout", balloon.itemId);
+    const char* ink = balloon.IsDimmed() ? kDimmed : kInk;
+    if (balloon.IsDimmed()) Set(group, "fill", ink);
     for (std::size_t i = 0; i < balloon.leaders.size(); ++i) {
       AddLeader(group, balloon, balloon.leaders[i], std::to_string(i + 1));
     }
-    AddBorder(group, balloon);
+    AddBorder(group, balloon, ink);
     const Point2 centre = balloon.box.Centre();
     const double first = centre.y - text_.LineHeight() * (static_cast<double>(balloon.lines.size()) - 1) / 2;
     for (std::size_t i = 0; i < balloon.lines.size(); ++i) {
@@ -185,12 +196,13 @@ private:
   }
 
   // The outer edge of the stroke is the balloon's box.
-  static void AddBorder(pugi::xml_node group, const Balloon& balloon) {
+  static void AddBorder(pugi::xml_node group, const Balloon& balloon, const char* ink) {
     if (balloon.shape == BalloonShape::Bare) return;
     const double inset = kBalloonMm * kPxPerMm / 2;
     const Box2& box = balloon.box;
     const Box2 line{box.minX + inset, box.minY + inset, box.maxX - inset, box.maxY - inset};
     pugi::xml_node rect = AddRectangle(group, line, "#fff", kBalloonMm);
+    rect.attribute("stroke") = ink;
     Set(rect, "class", "balloon");
     Set(rect, "rx", SvgNumber(std::max(0.0, CornerRadius(box) - inset)));
   }
@@ -198,7 +210,8 @@ private:
   void AddLeader(pugi::xml_node group, const Balloon& balloon, const Leader& leader, const std::string& number) const {
     if (leader.points.size() < 2) return;
     pugi::xml_node node = ItemGroup(group, "leader-" + balloon.id + "-" + number, "leader", balloon.itemId);
-    Set(node, "stroke", "#000");
+    Set(node, "data-part", leader.partId);
+    Set(node, "stroke", balloon.IsDimmed() ? kDimmed : kInk);
     const bool arrow = leader.end == LeaderEnd::Arrow && !leader.hidden;
     std::string d;
     AppendPolyline(d, leader.points);
@@ -238,11 +251,15 @@ private:
     for (const TableColumn& column : table.columns) titles.push_back(column.title);
     pugi::xml_node header = group.append_child("g");
     Set(header, "class", "header");
-    AddCells(header, table, titles, table.origin.y);
-    double y = table.origin.y;
-    for (const TableRow& row : table.rows) {
-      y += table.rowHeight;
+    AddCells(header, table, titles, table.HeaderTop());
+    for (std::size_t i = 0; i < table.rows.size(); ++i) {
+      const TableRow& row = table.rows[i];
+      const double y = table.RowTop(i);
       pugi::xml_node node = ItemGroup(group, "row-" + row.itemId, "row", row.itemId);
+      if (!row.shown) {
+        Set(node, "data-shown", "no");
+        Set(node, "fill", kDimmed);
+      }
       pugi::xml_node rect =
           AddRectangle(node, {table.origin.x, y, table.origin.x + table.Width(), y + table.rowHeight}, "none", 0);
       Set(rect, "pointer-events", "all");
@@ -280,8 +297,8 @@ private:
   static void AddRules(pugi::xml_node group, const PartsTable& table) {
     const double right = table.origin.x + table.Width(), bottom = table.origin.y + table.Height();
     std::string narrow, wide;
-    for (std::size_t row = 2; row <= table.rows.size(); ++row) {
-      const double y = table.origin.y + table.rowHeight * static_cast<double>(row);
+    for (std::size_t row = 1; row < table.rows.size(); ++row) {
+      const double y = table.RowTop(table.rising ? row - 1 : row);
       AppendPolyline(narrow, {{table.origin.x, y}, {right, y}});
     }
     double x = table.origin.x;
@@ -289,8 +306,8 @@ private:
       x += table.columns[i].width;
       AppendPolyline(narrow, {{x, table.origin.y}, {x, bottom}});
     }
-    const double underHeader = table.origin.y + table.rowHeight;
-    AppendPolyline(wide, {{table.origin.x, underHeader}, {right, underHeader}});
+    const double atHeader = table.HeaderTop() + (table.rising ? 0 : table.rowHeight);
+    AppendPolyline(wide, {{table.origin.x, atHeader}, {right, atHeader}});
     AppendPolyline(wide,
                    {table.origin, {right, table.origin.y}, {right, bottom}, {table.origin.x, bottom}, table.origin});
     AddRule(group, narrow, kTableRuleMm);

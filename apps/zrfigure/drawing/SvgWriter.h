@@ -1,6 +1,7 @@
 #pragma once
 // Figure to SVG. Ids: `part-<id>`, `callout-<id>`, `leader-<id>-<n>` (n from 1), `row-<item>`; each carries
-// `data-item`.
+// `data-item`. Leaders carry `data-part`, rows of what is not to be seen `data-shown="no"`, and the group `drawing` has
+// the boxes of the pictures in `data-boxes`: left, top, right and bottom of each.
 
 #include <string>
 

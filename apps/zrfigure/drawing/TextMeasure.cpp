@@ -35,10 +35,9 @@ std::string Escaped(const std::string& text) {
 // Width and height of the ink of a line of text at kReferenceSize, from the renderer that will draw it: the one way to
 // have its shaping and its choice of fonts for characters that the lettering font lacks.
 std::pair<double, double> InkSize(const std::string& text) {
-  const std::string svg =
-      std::string(
-          "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1000\" height=\"1000\"><text id=\"t\" font-family=\"") +
-      kFontFamily + "\" font-size=\"1000\">" + Escaped(XmlSafeText(text)) + "</text></svg>";
+  std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1000\" height=\"1000\">";
+  svg.append("<text id=\"t\" font-family=\"").append(kFontFamily).append("\" font-size=\"1000\">");
+  svg.append(Escaped(XmlSafeText(text))).append("</text></svg>");
   const std::unique_ptr<RsvgHandle, HandleRelease> handle(
       rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(svg.data()), svg.size(), nullptr));
   RsvgRectangle ink{}, logical{};

@@ -46,10 +46,12 @@ Answer RemoveInset(Workspace& workspace, const Words& words) {
 
 Answer AddSymbol(Workspace& workspace, const Words& words) {
   const auto& part = workspace.FindPart(words[1]);
+  du::SmartPtr<zrannotations::SymbolAnnotation> symbol;
   workspace.Edit(words[0], "'" + words[1] + "' is no part with a shape of its own", [&](const auto& operation) {
-    return static_cast<bool>(AnnotationEdit::AddSymbol(workspace.Session().GetScene(), part, operation));
+    symbol = AnnotationEdit::AddSymbol(workspace.Session().GetScene(), part, operation);
+    return static_cast<bool>(symbol);
   });
-  return {"symbol added\n", {}};
+  return {"symbol " + std::to_string(symbol->Id()) + " added\n", {{"symbol", symbol->Id()}}};
 }
 
 Answer RemoveSymbol(Workspace& workspace, const Words& words) {
@@ -58,7 +60,8 @@ Answer RemoveSymbol(Workspace& workspace, const Words& words) {
   if (symbols.empty()) throw CommandError{"'" + words[1] + "' has no symbol"};
   workspace.Edit(words[0], "the symbol cannot be removed",
                  [&](const auto& operation) { return AnnotationEdit::RemoveSymbol(scene, symbols.back(), operation); });
-  return {"symbol removed\n", {}};
+  const auto id = symbols.back()->Id();
+  return {"symbol " + std::to_string(id) + " removed\n", {{"symbol", id}}};
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 // Commands about callouts. Callouts are named by their ids.
 
-#include <array>
+#include <cmath>
 #include <cstdio>
-#include <utility>
 
 #include <zrannotations/AnnotationEdit.h>
 #include <zrannotations/Callout.h>
@@ -13,8 +12,10 @@
 #include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/Illustration3dView.h>
 
+#include "commands/AlignModes.h"
 #include "script/ChangeReport.h"
 #include "script/CommandTable.h"
+#include "script/CommandWords.h"
 #include "script/TextTable.h"
 #include "script/Workspace.h"
 #include "zrcallouts/Align.h"
@@ -25,20 +26,6 @@ namespace {
 
 using zrannotations::AnnotationEdit;
 using zrcallouts::Align_Mode;
-
-constexpr std::array<std::pair<const char*, Align_Mode>, 11> kAlignModes{{
-    {"min-x", Align_Mode::MinX},
-    {"center-x", Align_Mode::CenterX},
-    {"max-x", Align_Mode::MaxX},
-    {"min-y", Align_Mode::MinY},
-    {"center-y", Align_Mode::CenterY},
-    {"max-y", Align_Mode::MaxY},
-    {"spread-x", Align_Mode::SpreadX},
-    {"spread-y", Align_Mode::SpreadY},
-    {"axis-x", Align_Mode::AlongAxisX},
-    {"axis-y", Align_Mode::AlongAxisY},
-    {"axis-z", Align_Mode::AlongAxisZ},
-}};
 
 std::string Coordinates(const Vec3& at) {
   char text[96];
@@ -92,31 +79,80 @@ Answer JoinCallouts(Workspace& workspace, const Words& words) {
   return {};
 }
 
-Align_Mode AlignModeOf(const std::string& word) {
-  std::string known;
-  for (const auto& [name, mode] : kAlignModes) {
-    if (word == name) return mode;
-    known += (known.empty() ? "" : ", ") + std::string(name);
+/// The options and callouts of an alignment.
+struct AlignRequest {
+  Align_Mode mode = Align_Mode::MinX;
+  bool distribute = false;
+  std::vector<dg::DPoint3D> line;  ///< Two points, of mode "line" only.
+  std::size_t firstCallout = 0;    ///< Word where the callouts begin.
+};
+
+dg::DPoint3D PointOf(const std::string& word) {
+  std::vector<std::string> parts{""};
+  for (const char c : word) {
+    if (c == ',') {
+      parts.emplace_back();
+    } else {
+      parts.back() += c;
+    }
   }
-  throw CommandError{"mode '" + word + "' is unknown: use one of " + known};
+  if (parts.size() != 3) throw CommandError{"point '" + word + "' is not of the form x,y,z"};
+  return {NumberOf(parts[0], "x"), NumberOf(parts[1], "y"), NumberOf(parts[2], "z")};
 }
 
-// The alignment records its operation itself.
+Align_Mode AlignModeOf(const std::string& word) {
+  if (word == "line") return Align_Mode::AlongLine;
+  if (const auto mode = FindAlignMode(word)) return *mode;
+  throw CommandError{"mode '" + word + "' is unknown: use one of " + AlignModeNames() + ", line"};
+}
+
+AlignRequest ReadAlignRequest(const Words& words) {
+  AlignRequest request;
+  request.mode = AlignModeOf(words[1]);
+  std::size_t at = 2;
+  for (; at < words.size() && words[at].starts_with("--"); ++at) {
+    if (words[at] == "--distribute") {
+      request.distribute = true;
+    } else if (words[at] == "--line" && request.line.empty()) {
+      if (words.size() < at + 3) throw CommandError{"--line needs two points"};
+      request.line = {PointOf(words[at + 1]), PointOf(words[at + 2])};
+      at += 2;
+    } else {
+      throw CommandError{"option '" + words[at] + "' is unknown or stands here twice"};
+    }
+  }
+  if ((request.mode == Align_Mode::AlongLine) == request.line.empty()) {
+    throw CommandError{"mode line needs --line, and no other mode takes it"};
+  }
+  request.firstCallout = at;
+  return request;
+}
+
+bool HasDirection(const std::vector<dg::DPoint3D>& line, const View& view) {
+  constexpr double kLeastPx = 0.5;
+  const Vec3 from = view.ToPixel({line[0].x, line[0].y, line[0].z});
+  const Vec3 to = view.ToPixel({line[1].x, line[1].y, line[1].z});
+  return std::hypot(to.x - from.x, to.y - from.y) > kLeastPx;
+}
+
+// The alignment records its operation itself; when it refuses it has moved nothing.
 Answer AlignLabels(Workspace& workspace, const Words& words) {
   const HostSession& session = workspace.Session();
-  const Align_Mode mode = AlignModeOf(words[1]);
-  const bool distribute = words[2] == "--distribute";
-  const auto callouts = workspace.FindCallouts(words, distribute ? 3 : 2);
+  const AlignRequest request = ReadAlignRequest(words);
+  const auto callouts = workspace.FindCallouts(words, request.firstCallout);
   if (callouts.size() < 2) throw CommandError{"align needs two callouts or more"};
-  if (!zrcallouts::Align::IsAxisAvailable(session.GetView(), mode)) {
+  if (!zrcallouts::Align::IsAxisAvailable(session.GetView(), request.mode)) {
     throw CommandError{"the axis points at the viewer: there is no line to align along"};
+  }
+  if (!request.line.empty() && !HasDirection(request.line, workspace.Current().GetView())) {
+    throw CommandError{"the line has no direction on screen"};
   }
   zrcallouts::Align::Annotations annotations(callouts.begin(), callouts.end());
   const auto operation = zrk::MakeObject<zrk::Operation>(words[0], session.GetScene(), true);
   const du::SmartPtr<zrcallouts::Align> align(
-      new zrcallouts::Align(annotations, mode, distribute, session.GetView(), operation));
-  if (!align->Execute({})) throw CommandError{"these labels cannot be aligned"};
-  return {};
+      new zrcallouts::Align(annotations, request.mode, request.distribute, session.GetView(), operation));
+  if (align->Execute(request.line)) return {};
+  throw CommandError{"these labels cannot be aligned"};
 }
 
 Answer SortCallouts(Workspace& workspace, const Words& words) {
@@ -132,6 +168,19 @@ Answer SortCallouts(Workspace& workspace, const Words& words) {
   return answer;
 }
 
+Answer ShowFonts(Workspace& workspace, const Words& words) {
+  const bool customOnly = words.size() > 1;
+  if (customOnly && words[1] != "custom") throw CommandError{"'" + words[1] + "' is not understood: use custom"};
+  Answer answer;
+  answer.data = nlohmann::ordered_json::array();
+  for (const std::string& font : workspace.Session().GetEngine()->GetCalloutsAndInsetsFonts(customOnly)) {
+    if (font.empty()) continue;
+    answer.text += font + "\n";
+    answer.data.push_back(font);
+  }
+  return answer;
+}
+
 }  // namespace
 
 std::vector<Command> CalloutCommands() {
@@ -139,8 +188,9 @@ std::vector<Command> CalloutCommands() {
       {"callouts", "", "Show the callouts", 0, 0, ListCallouts},
       {"delete-callout", "CALLOUT", "Delete a callout", 1, 1, DeleteCallout},
       {"join", "CALLOUT CALLOUT...", "Make one combined callout of several", 2, kAnyNumber, JoinCallouts},
-      {"align", "MODE [--distribute] all|CALLOUT...", "Line up labels, evenly spaced with --distribute", 2, kAnyNumber,
-       AlignLabels},
+      {"align", "MODE [--distribute] [--line X,Y,Z X,Y,Z] all|CALLOUT...",
+       "Line up labels, evenly spaced with --distribute; mode line takes two points", 2, kAnyNumber, AlignLabels},
+      {"fonts", "[custom]", "Show the fonts of callouts and insets, or of customised ones", 0, 1, ShowFonts},
       {"sort", "[all|CALLOUT...]", "Show the ids of callouts in the order of their items", 0, kAnyNumber, SortCallouts},
   };
 }

@@ -8,7 +8,7 @@ namespace {
 std::vector<Command> CollectCommands() {
   std::vector<Command> all;
   for (const auto& group : {DocumentCommands(), PartCommands(), AnnotationCommands(), ItemCommands(), CalloutCommands(),
-                            ViewCommands(), HistoryCommands()}) {
+                            SheetCommands(), ViewCommands(), HistoryCommands()}) {
     all.insert(all.end(), group.begin(), group.end());
   }
   return all;
@@ -25,21 +25,24 @@ const std::vector<Command>& AllCommands() {
   return all;
 }
 
-std::string CommandSummary() {
+std::string CommandSummary(const std::vector<Command>& commands) {
   TextTable table({"command", "what it does"});
-  for (const Command& command : AllCommands()) table.Add({UsageOf(command), command.summary});
+  for (const Command& command : commands) table.Add({UsageOf(command), command.summary});
   return table.Text();
 }
 
-const Command& FindCommand(const Words& words) {
+const Command& CommandNamed(const std::string& name) {
   for (const Command& command : AllCommands()) {
-    if (words.front() != command.name) continue;
-    const std::size_t arguments = words.size() - 1;
-    if (arguments >= command.minimum && arguments <= command.maximum) return command;
-    throw CommandError{(arguments < command.minimum ? "too few arguments: " : "too many arguments: ") +
-                       UsageOf(command)};
+    if (name == command.name) return command;
   }
-  throw CommandError{"'" + words.front() + "' is no command; help lists them"};
+  throw CommandError{"'" + name + "' is no command; help lists them"};
+}
+
+const Command& FindCommand(const Words& words) {
+  const Command& command = CommandNamed(words.front());
+  const std::size_t arguments = words.size() - 1;
+  if (arguments >= command.minimum && arguments <= command.maximum) return command;
+  throw CommandError{(arguments < command.minimum ? "too few arguments: " : "too many arguments: ") + UsageOf(command)};
 }
 
 }  // namespace zrfigure

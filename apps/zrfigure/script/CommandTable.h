@@ -13,6 +13,7 @@ namespace zrfigure {
 [[nodiscard]] std::vector<Command> AnnotationCommands();
 [[nodiscard]] std::vector<Command> ItemCommands();
 [[nodiscard]] std::vector<Command> CalloutCommands();
+[[nodiscard]] std::vector<Command> SheetCommands();
 [[nodiscard]] std::vector<Command> ViewCommands();
 [[nodiscard]] std::vector<Command> HistoryCommands();
 
@@ -22,7 +23,10 @@ namespace zrfigure {
 /// The command of that name, with a fitting number of arguments. \throws CommandError otherwise.
 [[nodiscard]] const Command& FindCommand(const Words& words);
 
+/// The command of that name. \throws CommandError when there is none.
+[[nodiscard]] const Command& CommandNamed(const std::string& name);
+
 /// A line a command: usage and summary.
-[[nodiscard]] std::string CommandSummary();
+[[nodiscard]] std::string CommandSummary(const std::vector<Command>& commands);
 
 }  // namespace zrfigure

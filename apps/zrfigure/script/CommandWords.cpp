@@ -1,7 +1,6 @@
 #include "script/CommandWords.h"
 
 #include <charconv>
-#include <utility>
 
 #include "commands/PageFormat.h"
 
@@ -12,7 +11,7 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r';
 }
 
-/// Reads one word from `at` on and leaves `at` behind it.
+/// Reads one word after the other.
 class WordReader {
 public:
   explicit WordReader(std::string_view line) : line_(line) {}
@@ -20,33 +19,51 @@ public:
   /// False at the end of the line and at a comment.
   bool Next(std::string& word) {
     while (at_ < line_.size() && IsBlank(line_[at_])) ++at_;
-    if (at_ == line_.size() || line_[at_] == '#') return false;
+    begin_ = at_;
     word.clear();
+    if (AtEnd() || line_[at_] == '#') return false;
     for (; at_ < line_.size() && !IsBlank(line_[at_]); ++at_) {
       const char c = line_[at_];
       if (c == '\'' || c == '"') {
         ReadQuoted(c, word);
+      } else if (c == '\\') {
+        ReadEscaped(word);
       } else {
-        word += c == '\\' ? Escaped() : c;
+        word += c;
       }
     }
     return true;
   }
 
+  /// Where the last word began.
+  [[nodiscard]] std::size_t Begin() const { return begin_; }
+  [[nodiscard]] bool AtEnd() const { return at_ >= line_.size(); }
+  /// What is missing at the end of the line; empty when nothing is.
+  [[nodiscard]] const std::string& Fault() const { return fault_; }
+
 private:
   void ReadQuoted(char quote, std::string& word) {
     for (++at_; at_ < line_.size() && line_[at_] != quote; ++at_) {
-      word += line_[at_] == '\\' && quote == '"' ? Escaped() : line_[at_];
+      if (line_[at_] == '\\' && quote == '"') {
+        ReadEscaped(word);
+      } else {
+        word += line_[at_];
+      }
     }
-    if (at_ == line_.size()) throw CommandError{std::string("the quote ") + quote + " has no end"};
+    if (AtEnd()) fault_ = quote == '"' ? "the quote \" has no end" : "the quote ' has no end";
   }
-  char Escaped() {
-    if (++at_ == line_.size()) throw CommandError{"a backslash stands at the end of the line"};
-    return line_[at_];
+  void ReadEscaped(std::string& word) {
+    if (++at_ < line_.size()) {
+      word += line_[at_];
+    } else {
+      fault_ = "a backslash stands at the end of the line";
+    }
   }
 
   std::string_view line_;
   std::size_t at_ = 0;
+  std::size_t begin_ = 0;
+  std::string fault_;
 };
 
 }  // namespace
@@ -54,8 +71,37 @@ private:
 Words SplitWords(std::string_view line) {
   WordReader reader(line);
   Words words;
-  for (std::string word; reader.Next(word);) words.push_back(std::exchange(word, {}));
+  for (std::string word; reader.Next(word);) words.push_back(word);
+  if (!reader.Fault().empty()) throw CommandError{reader.Fault()};
   return words;
+}
+
+OpenLine SplitOpenLine(std::string_view line) {
+  WordReader reader(line);
+  OpenLine open;
+  std::string word;
+  while (reader.Next(word)) {
+    if (reader.AtEnd()) {
+      open.last = word;
+      open.begin = reader.Begin();
+      return open;
+    }
+    open.words.push_back(word);
+  }
+  open.begin = line.size();
+  return open;
+}
+
+std::string QuoteWord(const std::string& word, bool close) {
+  if (word.find_first_of(" \t\r'\"\\") == std::string::npos && !word.starts_with('#') && !(word.empty() && close)) {
+    return word;
+  }
+  std::string quoted = "\"";
+  for (const char c : word) {
+    if (c == '"' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
+  return close ? quoted + '"' : quoted;
 }
 
 double NumberOf(const std::string& word, const char* what) {

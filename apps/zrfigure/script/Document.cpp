@@ -1,5 +1,6 @@
 #include "script/Document.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <dg/Location.h>
@@ -9,6 +10,7 @@
 #include <zrk/AnnoSet.h>
 #include <zrk/Operation.h>
 #include <zrk/ShapeInstance.h>
+#include <zrk/UndoHistory.h>
 #include <zrk/World.h>
 #include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/LabelContent.h>
@@ -62,6 +64,16 @@ TAnnotation::Contents ContentsOf(const du::SmartPtr<TAnnotation>& callouttemplat
   return contents;
 }
 
+/// Whether the contents are those of the definition, as it is or in a language it is translated to.
+bool SaysIt(const TAnnotation::Contents& contents, const TemplateDefinition& definition,
+            const zrcallouts::Callouts& engine) {
+  const auto isIn = [&](const std::string& language) {
+    return SameContents(contents, ContentsOf(BuildTemplate(definition, language, engine)));
+  };
+  return isIn({}) || std::any_of(definition.translations.begin(), definition.translations.end(),
+                                 [&](const auto& translation) { return isIn(translation.first); });
+}
+
 /// The templates in use, each once, in the order of the callouts; the engine's comes first.
 std::vector<du::SmartPtr<TAnnotation>> TemplatesOf(const HostSession& session) {
   std::vector<du::SmartPtr<TAnnotation>> templates{session.GetEngine()->GetTemplate()};
@@ -90,13 +102,11 @@ Document::Document(Model model, const ViewDirection& direction, const std::strin
       tree_(model_, {}),
       text_(kLetteringHeightMm * kPxPerMm),
       language_(language),
-      selected_(SelectOccurrences(tree_, std::nullopt, {})),
-      process_(std::make_unique<HostProcess>(language)) {
-  std::string error;
-  if (!process_->LoadComponent(error)) throw CommandError{error};
+      selected_(SelectOccurrences(tree_, std::nullopt, {})) {
   ConnectItemList();
   session_ = std::make_unique<HostSession>(tree_, direction, text_);
   if (!session_->HasEngine()) throw CommandError{"the callouts component made no engine"};
+  sheet_ = std::make_unique<Sheet>(session_->GetScene(), page_);
   session_->SetMode(CalloutMode::OnePerItem);
   UseTemplate(*BuiltInTemplate("number"));
   LookFrom(direction);
@@ -105,6 +115,7 @@ Document::Document(Model model, const ViewDirection& direction, const std::strin
 Document::~Document() {
   zritemlist::ItemList::SetListClearedHook({});
   zritemlist::ItemList::SetItemRemovalHook({});
+  if (session_) zrk::UndoHistory::Clear(session_->GetScene());
 }
 
 void Document::LookFrom(const ViewDirection& direction) {
@@ -144,23 +155,46 @@ void Document::Remember(const TemplateDefinition& definition) {
   definitions_.push_back(definition);
 }
 
-void Document::TranslateTemplates(const std::string& language) {
+// A template that somebody edited says what its definition says in no language, and keeps its text.
+void Document::TranslateTemplates() {
   const auto& engine = *session_->GetEngine();
   for (const auto& callouttemplate : TemplatesOf(*session_)) {
     for (const TemplateDefinition& definition : definitions_) {
       if (definition.translations.empty() || definition.name != callouttemplate->GetName()) continue;
-      // A template that somebody edited keeps what it says.
-      const auto present = ContentsOf(BuildTemplate(definition, language_, engine));
-      if (!SameContents(present, ContentsOf(callouttemplate))) continue;
-      callouttemplate->SetTextContent(ContentsOf(BuildTemplate(definition, language, engine)), true);
+      const auto wanted = ContentsOf(BuildTemplate(definition, language_, engine));
+      const auto present = ContentsOf(callouttemplate);
+      if (SameContents(present, wanted) || !SaysIt(present, definition, engine)) continue;
+      callouttemplate->SetTextContent(wanted, true);
     }
   }
 }
 
+// Steps of the history restore templates and texts of the time they were made.
+void Document::ShowInLanguage() {
+  TranslateTemplates();
+  for (const auto& annotation : session_->GetScene()->GetAnnoSet()->GetAnnotations()) {
+    const auto callout = du::DynamicCast<zrannotations::Callout>(annotation);
+    if (callout && callout->UsesTemplate()) session_->GetEngine()->SetCalloutText(callout);
+  }
+}
+
 void Document::ChangeLanguage(const std::string& language) {
-  TranslateTemplates(language);
   language_ = language;
+  languageChanged_ = true;
+  TranslateTemplates();
   zrk::World::GetWorld()->ChangeLanguage(language);
+}
+
+bool Document::Undo() {
+  if (!session_->Undo()) return false;
+  if (languageChanged_) ShowInLanguage();
+  return true;
+}
+
+bool Document::Redo() {
+  if (!session_->Redo()) return false;
+  if (languageChanged_) ShowInLanguage();
+  return true;
 }
 
 Document::Picture Document::TakePicture() const {
@@ -182,7 +216,7 @@ Document::Picture Document::TakePicture() const {
 }
 
 void Document::Generate() {
-  session_->SetVisibleRegions(FindVisibleRegions(TakePicture().ids, view_));
+  session_->SetPicture(view_, TakePicture().ids);
   if (hierarchical_) {
     session_->PrepareRows(PlanHierarchicalRows(tree_, selected_), true);
   } else if (ShowsTag(Template())) {
@@ -194,12 +228,13 @@ void Document::Generate() {
 std::vector<std::string> Document::DrawPages(const PartsList& list) {
   const Picture picture = TakePicture();
   const std::vector<ArtLine> lines = DrawLineArt({*picture.model, *picture.scene, view_, picture.ids, picture.leaves});
+  session_->SetPicture(view_, picture.ids);
   std::vector<CalloutState> callouts = session_->GetCallouts();
   for (CalloutState& callout : callouts) {
     for (LeaderState& leader : callout.leaders) leader.hidden = !IsShown(leader);
   }
-  const Figure figure =
-      ComposeFigure({*picture.tree, view_, picture.ids, lines, callouts, session_->GetItems(), text_});
+  Figure figure = ComposeFigure({*picture.tree, view_, picture.ids, lines, callouts, session_->GetItems(), text_});
+  for (Balloon& note : sheet_->Balloons(text_)) figure.balloons.push_back(std::move(note));
   return WritePages(figure, list, {model_.sourceName, page_, language_, LeaderWeightMm(Template())}, text_);
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// The model that a script works on: opened once, in the host, and drawn as the host has it.
+// A model that a script works on: in the host, and drawn as the host has it.
 
 #include <filesystem>
 #include <memory>
@@ -7,17 +7,18 @@
 #include <string>
 #include <vector>
 
-#include "commands/HostProcess.h"
 #include "commands/HostSession.h"
 #include "drawing/Figure.h"
 #include "drawing/PartsList.h"
+#include "script/Sheet.h"
 
 namespace zrfigure {
 
-/// An open model with everything the host holds for it. One at a time in a process. [host-thread]
+/// An open model with everything the host holds for it. One at a time in a process, while a HostProcess with the
+/// component loaded is there. [host-thread]
 class Document {
 public:
-  /// \throws CommandError when the component is missing.
+  /// Looks from the direction and selects every part. \throws CommandError when the component makes no engine.
   Document(Model model, const ViewDirection& direction, const std::string& language);
   ~Document();
   Document(const Document&) = delete;
@@ -36,10 +37,18 @@ public:
   /// Turns the present template into another one, for its callouts too.
   void ReplaceTemplate(const TemplateDefinition& definition, const du::SmartPtr<zrk::Operation>& operation);
   /// Brings every template that says what its definition says into the language, then changes it for the whole host.
+  /// The language is no step of the history: what undo brings back is shown in the present one.
   void ChangeLanguage(const std::string& language);
   /// Shows the whole model from there, with room for labels round it.
   void LookFrom(const ViewDirection& direction);
+  [[nodiscard]] const View& GetView() const { return view_; }
   void SetHierarchical(bool hierarchical) { hierarchical_ = hierarchical; }
+
+  /// Takes the last operation back, or makes it again. False when there is none.
+  bool Undo();
+  bool Redo();
+  [[nodiscard]] const Page& GetPage() const { return page_; }
+  [[nodiscard]] Sheet& GetSheet() { return *sheet_; }
 
   /// Creates callouts for the selected parts as they are placed and shown now.
   void Generate();
@@ -55,7 +64,8 @@ private:
   [[nodiscard]] std::vector<std::string> DrawPages(const PartsList& list);
   /// Keeps the definition, so that templates made from it follow the language.
   void Remember(const TemplateDefinition& definition);
-  void TranslateTemplates(const std::string& language);
+  void TranslateTemplates();
+  void ShowInLanguage();
 
   const Model model_;
   const OccurrenceTree tree_;
@@ -65,8 +75,9 @@ private:
   std::vector<int> selected_;
   std::vector<TemplateDefinition> definitions_;
   bool hierarchical_ = false;
-  std::unique_ptr<HostProcess> process_;
+  bool languageChanged_ = false;
   std::unique_ptr<HostSession> session_;
+  std::unique_ptr<Sheet> sheet_;
   View view_;
 };
 

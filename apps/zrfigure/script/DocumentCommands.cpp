@@ -1,18 +1,26 @@
 // Commands about the model as a whole: opening it, what callouts look like, and making them.
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <optional>
+#include <string_view>
 #include <utility>
 
+#include <zrannotations/SymbolAnnotation.h>
+#include <zrk/AnnoSet.h>
+#include <zrk/Instance.h>
+#include <zrk/MakeObject.h>
 #include <zrk/Operation.h>
+#include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/LabelContent.h>
 #include <zrk/illustration/TAnnotation.h>
 
 #include "commands/Selection.h"
-#include "import/ImportProcess.h"
 #include "script/CommandTable.h"
 #include "script/CommandWords.h"
 #include "script/Workspace.h"
+#include "zrcallouts/CalloutGenerator.h"
 #include "zrcallouts/Callouts.h"
 
 namespace zrfigure {
@@ -30,19 +38,14 @@ TemplateDefinition TemplateNamed(const std::string& name) {
 }
 
 Answer OpenModel(Workspace& workspace, const Words& words) {
-  if (workspace.IsOpen()) throw CommandError{"a model is open already"};
   std::string error;
   const auto direction = ParseViewDirection(words.size() > 2 ? words[2] : "iso", error);
   if (!direction) throw CommandError{error};
-  ImportRequest request;
-  request.path = words[1];
-  ImportResult result = ImportModel(request);
-  if (!result.model) throw CommandError{result.error};
-  workspace.Open(std::make_unique<Document>(std::move(*result.model), *direction, "en"));
+  workspace.Open(words[1], *direction);
   const OccurrenceTree& tree = workspace.Current().Tree();
   const std::size_t leaves = tree.Leaves().size();
   return {std::to_string(leaves) + (leaves == 1 ? " part in " : " parts in ") + tree.GetModel().sourceName + "\n",
-          {{"parts", leaves}}};
+          {{"parts", leaves}, {"model", tree.GetModel().sourceName}}};
 }
 
 Answer UseTemplate(Workspace& workspace, const Words& words) {
@@ -113,14 +116,26 @@ Answer SelectParts(Workspace& workspace, const Words& words) {
   return {std::to_string(count) + (count == 1 ? " part selected\n" : " parts selected\n"), {{"selected", count}}};
 }
 
-Answer Generate(Workspace& workspace, const Words& /*words*/) {
-  workspace.Current().Generate();
+Answer Generate(Workspace& workspace, const Words& words) {
+  if (words.size() == 1) {
+    workspace.Current().Generate();
+    return {};
+  }
+  if (words[1] != "symbols") throw CommandError{"'" + words[1] + "' is not understood: use symbols or nothing"};
+  const HostSession& session = workspace.Session();
+  std::vector<du::SmartPtr<zrk::Instance>> instances;
+  for (const auto& annotation : session.GetScene()->GetAnnoSet()->GetAnnotations()) {
+    const auto symbol = du::DynamicCast<zrannotations::SymbolAnnotation>(annotation);
+    if (symbol) instances.push_back(symbol->GetInstance());
+  }
+  if (instances.empty()) throw CommandError{"there is no 3D symbol"};
+  zrk::MakeObject<zrcallouts::CalloutGenerator>(session.GetEngine())->AddOnSymbols(instances);
   return {};
 }
 
 Answer ChangeLanguage(Workspace& workspace, const Words& words) {
-  const std::vector<std::string> known{"en", "de", "fr", "ja"};
-  if (std::find(known.begin(), known.end(), words[1]) == known.end()) {
+  constexpr std::array<std::string_view, 4> kKnown{"en", "de", "fr", "ja"};
+  if (std::find(kKnown.begin(), kKnown.end(), words[1]) == kKnown.end()) {
     throw CommandError{"language '" + words[1] + "' is unknown: use en, de, fr or ja"};
   }
   workspace.Current().ChangeLanguage(words[1]);
@@ -131,13 +146,15 @@ Answer ChangeLanguage(Workspace& workspace, const Words& words) {
 
 std::vector<Command> DocumentCommands() {
   return {
-      {"open", "MODEL [VIEW]", "Open a model, seen from iso or another direction", 1, 2, OpenModel},
-      {"template", "NAME", "Template of the callouts to come: a built-in name or a .json file", 1, 1, UseTemplate},
+      {"open", "FILE [VIEW]", "Open a model in place of the present one, seen from iso or another direction", 1, 2,
+       OpenModel},
+      {"template", "TEMPLATE", "Template of the callouts to come: a built-in name or a .json file", 1, 1, UseTemplate},
       {"settings", "SETTING...", "one-per-item, combine or per-instance; flat or hierarchical", 1, 2, ChangeSettings},
       {"select", "[--level N] all|GLOB...", "Choose the parts that get callouts", 1, kAnyNumber, SelectParts},
-      {"generate", "", "Make callouts for the selected parts", 0, 0, Generate},
+      {"generate", "[symbols]", "Make callouts for the selected parts, or for the 3D symbols", 0, 1, Generate},
       {"language", "LANG", "Language of translated templates: en, de, fr or ja", 1, 1, ChangeLanguage},
-      {"replace-template", "NAME", "Make the present template another one, in its callouts too", 1, 1, ReplaceTemplate},
+      {"replace-template", "TEMPLATE", "Make the present template another one, in its callouts too", 1, 1,
+       ReplaceTemplate},
       {"edit-template", "PATTERN", "Change the present template's text; {0} is its first property", 1, 1, EditTemplate},
   };
 }

@@ -1,6 +1,10 @@
-#include <cstdio>
+#include <array>
+#include <charconv>
 
 #include <dg/Location.h>
+#include <zrannotations/Inset.h>
+#include <zrannotations/SymbolAnnotation.h>
+#include <zrk/AnnoSet.h>
 #include <zrk/ShapeInstance.h>
 #include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/SceneEdit.h>
@@ -12,10 +16,15 @@ namespace {
 
 using zrk::illustration::SceneEdit;
 
+/// As few digits as tell the number from all others, so that equal dumps mean equal positions.
+std::string NumberText(double number) {
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), number + 0.0).ptr;
+  return {text.data(), end};
+}
+
 std::string PositionText(const Vec3& at) {
-  char text[96];
-  std::snprintf(text, sizeof text, "(%.6g %.6g %.6g)", at.x + 0.0, at.y + 0.0, at.z + 0.0);
-  return text;
+  return "(" + NumberText(at.x) + " " + NumberText(at.y) + " " + NumberText(at.z) + ")";
 }
 
 std::string PlaceOf(const OccurrenceTree& tree, int occurrence) {
@@ -44,6 +53,16 @@ std::string DumpItem(const OccurrenceTree& tree, const ItemState& item) {
   return text;
 }
 
+/// Insets and 3D symbols; empty for callouts.
+std::string DumpOther(zrk::Annotation& annotation) {
+  const std::string id = std::to_string(annotation.Id());
+  if (const auto* inset = dynamic_cast<zrannotations::Inset*>(&annotation)) {
+    return "inset " + id + " '" + inset->GetCaptionText().GetString() + "'\n";
+  }
+  if (dynamic_cast<zrannotations::SymbolAnnotation*>(&annotation) != nullptr) return "symbol " + id + "\n";
+  return {};
+}
+
 }  // namespace
 
 std::string Document::Dump() const {
@@ -63,6 +82,10 @@ std::string Document::Dump() const {
   }
   for (const ItemState& item : session_->GetItems()) text += DumpItem(tree_, item);
   for (const CalloutState& callout : session_->GetCallouts()) text += DumpCallout(tree_, callout);
+  for (const auto& annotation : session_->GetScene()->GetAnnoSet()->GetAnnotations()) text += DumpOther(*annotation);
+  for (const NoteState& note : sheet_->Notes()) {
+    text += "note " + std::to_string(note.number) + " item " + std::to_string(note.item) + " '" + note.text + "'\n";
+  }
   return text;
 }
 

@@ -7,12 +7,12 @@ namespace zrfigure {
 namespace {
 
 Answer Undo(Workspace& workspace, const Words& /*words*/) {
-  if (!workspace.Session().Undo()) throw CommandError{"there is nothing to undo"};
+  if (!workspace.Current().Undo()) throw CommandError{"there is nothing to undo"};
   return {};
 }
 
 Answer Redo(Workspace& workspace, const Words& /*words*/) {
-  if (!workspace.Session().Redo()) throw CommandError{"there is nothing to redo"};
+  if (!workspace.Current().Redo()) throw CommandError{"there is nothing to redo"};
   return {};
 }
 
@@ -31,8 +31,19 @@ Answer Write(Workspace& workspace, const Words& words) {
   return answer;
 }
 
-Answer Help(Workspace& /*workspace*/, const Words& /*words*/) {
-  return {CommandSummary(), {}};
+Answer Help(Workspace& /*workspace*/, const Words& words) {
+  std::vector<Command> commands = AllCommands();
+  if (words.size() > 1) commands = {CommandNamed(words[1])};
+  Answer answer{CommandSummary(commands), nlohmann::ordered_json::array()};
+  for (const Command& command : commands) {
+    answer.data.push_back({{"command", command.name}, {"usage", command.usage}, {"summary", command.summary}});
+  }
+  return answer;
+}
+
+Answer Quit(Workspace& workspace, const Words& /*words*/) {
+  workspace.Quit();
+  return {};
 }
 
 }  // namespace
@@ -43,7 +54,8 @@ std::vector<Command> HistoryCommands() {
       {"redo", "", "Make the change that was taken back again", 0, 0, Redo},
       {"dump", "", "Show everything that undo restores", 0, 0, Dump},
       {"write", "FILE", "Write the figure (.svg .pdf .png) or the parts list (.csv .json)", 1, 1, Write},
-      {"help", "", "Show the commands", 0, 0, Help},
+      {"help", "[COMMAND]", "Show the commands, or one of them", 0, 1, Help},
+      {"quit", "", "End the shell, or the script before its last line", 0, 0, Quit},
   };
 }
 

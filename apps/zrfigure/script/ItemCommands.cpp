@@ -1,6 +1,7 @@
 // Commands that change the item list. Items are named by their numbers.
 
 #include <set>
+#include <utility>
 
 #include <zrannotations/CalloutOperationStep.h>
 #include <zrannotations/CombinedCallout.h>
@@ -8,6 +9,7 @@
 #include <zrk/AnnoSet.h>
 #include <zrk/MakeObject.h>
 #include <zrk/Operation.h>
+#include <zrk/OperationStep.h>
 #include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/ItemsList.h>
 #include <zrk/illustration/SbomInstance.h>
@@ -21,6 +23,8 @@
 
 namespace zrfigure {
 namespace {
+
+using PartPtr = du::SmartPtr<zrk::illustration::SbomInstance>;
 
 Answer ListItems(Workspace& workspace, const Words& /*words*/) {
   const OccurrenceTree& tree = workspace.Current().Tree();
@@ -84,21 +88,45 @@ Answer SetTag(Workspace& workspace, const Words& words) {
   return {};
 }
 
+/// A part that joined an item of parts of another kind.
+class JoinStep final : public zrk::OperationStep {
+public:
+  JoinStep(du::SmartPtr<zrk::illustration::ItemsList> list, unsigned item, PartPtr part)
+      : list_(std::move(list)), item_(item), part_(std::move(part)), quantity_(list_->GetQuantity(item)) {}
+
+  void Undo() override { list_->LeaveRow(item_, part_, quantity_); }
+  void Redo() override { list_->JoinRow(item_, part_, quantity_ + 1); }
+
+private:
+  const du::SmartPtr<zrk::illustration::ItemsList> list_;
+  const unsigned item_;
+  const PartPtr part_;
+  const unsigned quantity_;
+};
+
+// The host itself puts a part into the item of its kind, or into a new one where there is none of its kind.
 Answer AddToItem(Workspace& workspace, const Words& words) {
   const auto& list = workspace.Session().GetItemList();
+  const auto items = list->GetZrkItemList();
   const auto& part = workspace.FindPart(words[2]);
   const unsigned item = words[1] == "new" ? 0 : workspace.FindItem(words[1]);
   unsigned present = 0;
-  if (list->GetZrkItemList()->GetItemIdForInstance(part, present)) {
-    throw CommandError{"'" + words[2] + "' is in item " + list->GetZrkItemList()->GetItemLabel(present) + " already"};
+  if (items->GetItemIdForInstance(part, present)) {
+    throw CommandError{"'" + words[2] + "' is in item " + items->GetItemLabel(present) +
+                       ": remove it from there first"};
   }
-  const bool matches = list->GetMatchingItem(part, present);
-  if (item != 0 && present != item) throw CommandError{"'" + words[2] + "' is not of the kind of item " + words[1]};
-  if (item == 0 && matches) {
-    throw CommandError{"'" + words[2] + "' belongs to item " + list->GetZrkItemList()->GetItemLabel(present)};
+  const bool hasKind = list->GetMatchingItem(part, present);
+  if (item == 0 && hasKind) {
+    throw CommandError{"'" + words[2] + "' is of the kind of item " + items->GetItemLabel(present) +
+                       ", and a kind has one item"};
   }
-  workspace.Edit(words[0], "",
-                 [&](const auto& operation) { return list->AddInstance(part, operation, true, {}) != 0; });
+  workspace.Edit(words[0], "the item list does not take '" + words[2] + "'", [&](const auto& operation) {
+    if (item == 0 || (hasKind && present == item)) return list->AddInstance(part, operation, true, {}) != 0;
+    const auto step = zrk::MakeObject<JoinStep>(items, item, part);
+    operation->AddStep(step);
+    step->Redo();
+    return true;
+  });
   return {};
 }
 
@@ -131,7 +159,8 @@ std::vector<Command> ItemCommands() {
       {"remove-item", "ITEM", "Remove an item with its callouts", 1, 1, RemoveItem},
       {"set-quantity", "ITEM NUMBER", "Set an item's quantity", 2, 2, SetQuantity},
       {"set-tag", "ITEM TAG", "Set an item's tag", 2, 2, SetTag},
-      {"add-to-item", "ITEM|new PART", "Put a part into its item, or into a new one", 2, 2, AddToItem},
+      {"add-to-item", "ITEM|new PART", "Put a part into an item, or a part of a new kind into a new one", 2, 2,
+       AddToItem},
       {"remove-from-item", "ITEM PART", "Take a part out of its item", 2, 2, RemoveFromItem},
       {"clear-items", "", "Remove all items with their callouts", 0, 0, ClearItems},
   };

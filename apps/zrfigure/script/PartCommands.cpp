@@ -1,7 +1,10 @@
 // Commands that change parts; each applies to the part and everything below it.
 
+#include <optional>
+
 #include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/SbomInstance.h>
+#include <zrk/illustration/SbomTree.h>
 #include <zrk/illustration/SceneEdit.h>
 
 #include "script/CommandTable.h"
@@ -49,16 +52,24 @@ Answer RenamePart(Workspace& workspace, const Words& words) {
   return {};
 }
 
+// One update of the structure, however many parts a pattern names: labels follow once.
 Answer SetProperty(Workspace& workspace, const Words& words) {
-  const auto& part = workspace.FindPart(words[1]);
   if (words[2].empty()) throw CommandError{"a property needs a name"};
+  const HostStructure& structure = workspace.Session().GetStructure();
+  const std::vector<int> occurrences = workspace.FindOccurrences(words[1]);
   const SceneEdit::PropertyPlace place{du::Symbol::EMPTY, du::Symbol(words[2]), du::Symbol::EMPTY};
   std::optional<du::Symbol> value;
   if (words.size() > 3) value = du::Symbol(words[3]);
-  workspace.Edit(words[0], "the property would not change", [&](const auto& operation) {
-    return SceneEdit::SetInstanceProperty(workspace.Session().GetScene(), part, place, value, operation);
+  std::size_t changed = 0;
+  workspace.Edit(words[0], "the property is so already", [&](const auto& operation) {
+    const zrk::Observable::UpdateGroup update(*structure.GetTree());
+    for (int occurrence : occurrences) {
+      const auto& part = structure.GetSbomInstance(occurrence);
+      changed += SceneEdit::SetInstanceProperty(workspace.Session().GetScene(), part, place, value, operation) ? 1 : 0;
+    }
+    return changed > 0;
   });
-  return {};
+  return {occurrences.size() == 1 ? "" : std::to_string(changed) + " parts changed\n", {{"parts", changed}}};
 }
 
 }  // namespace
@@ -70,7 +81,8 @@ std::vector<Command> PartCommands() {
       {"show", "PART", "Show a hidden part again", 1, 1, ChangeVisibility},
       {"remove", "PART", "Remove a part from the model", 1, 1, RemovePart},
       {"rename", "PART NAME", "Give a part another display name", 2, 2, RenamePart},
-      {"set-property", "PART NAME [VALUE]", "Set a property, or take it away without a value", 2, 3, SetProperty},
+      {"set-property", "PART|GLOB NAME [VALUE]", "Set a property of a part or of many, or take it away without a value",
+       2, 3, SetProperty},
   };
 }
 

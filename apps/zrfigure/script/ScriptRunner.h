@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,16 +26,24 @@ public:
   [[nodiscard]] Workspace& GetWorkspace() { return workspace_; }
 
 private:
-  void Print(const std::string& line, std::size_t number, bool echo, const Answer& answer,
-             const std::vector<CalloutState>& before);
-  [[nodiscard]] std::vector<CalloutState> Callouts() const;
+  /// What a command may change: the callouts, and counts of what the host did.
+  struct Moment {
+    std::vector<CalloutState> callouts;
+    std::map<unsigned, unsigned> textWrites;  ///< By callout.
+    unsigned redraws = 0;
+  };
+
+  [[nodiscard]] Moment Now() const;
+  void Print(const std::string& line, std::size_t number, bool echo, const Answer& answer, const Moment& before);
+  void PrintError(const std::string& line, std::size_t number, const std::string& error);
 
   std::ostream& output_;
   const bool json_;
   Workspace workspace_;
 };
 
-/// Runs `run` with the arguments behind it: [--json] SCRIPT. Messages go to standard error as "SCRIPT:LINE: message".
+/// Runs `run` with the arguments behind it: [--json] SCRIPT, "-" for standard input. Messages go to standard error as
+/// "SCRIPT:LINE: message".
 /// \return the exit code: 0, or 2 after the first wrong command. [host-thread]
 int RunScriptCommand(const std::vector<std::string>& arguments);
 

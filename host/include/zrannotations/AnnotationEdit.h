@@ -29,7 +29,8 @@ public:
   AnnotationEdit() = delete;
 
   /// Adds an inset on the instance: its bounds are the box around the instance's shapes, its subset scene holds copies
-  /// of their shape instances as they are at that moment, its caption is visible. Null for an instance without shapes.
+  /// of their shape instances, which SceneEdit keeps like the originals, its caption is visible. Null for an instance
+  /// without shapes.
   static du::SmartPtr<Inset> AddInset(const du::SmartPtr<zrk::illustration::Illustration3dScene>& scene,
                                       const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
                                       const std::string& caption, const du::SmartPtr<zrk::Operation>& operation);

@@ -153,6 +153,8 @@ public:
   /// Location of the leader's target in model space, IDENTITY without a leader; `flag` is ignored.
   [[nodiscard]] dg::Location GetInstanceLocationAtPos(unsigned position, bool flag) const;
   [[nodiscard]] std::vector<du::SmartPtr<CalloutLeader>> GetLeaders() const;
+  /// True when the callout has drawn leaders and geometry hides the ends of all of them: the callout is drawn dimmed.
+  [[nodiscard]] bool IsDimmed() const;
 
   // Making leaders
 

@@ -59,6 +59,9 @@ public:
   /// True after a pick placed the anchor on a visible point.
   void SetAnchorCalculated(bool calculated);
   [[nodiscard]] bool IsAnchorCalculated() const;
+  /// Set while geometry hides the leader's end: it is drawn dashed. Not part of the document.
+  void SetOccluded(bool occluded);
+  [[nodiscard]] bool IsOccluded() const;
   /// The way from anchor to label in model space, both ends left out; empty = straight.
   void SetBendPoints(const std::vector<dg::DPoint3D>& points);
   [[nodiscard]] std::vector<dg::DPoint3D> GetBendPoints() const;
@@ -70,7 +73,7 @@ public:
   /// False while the anchor lies outside the bounds of the leader's inset.
   void SetWithinInsetBounds(bool within);
   [[nodiscard]] bool IsWithinInsetBounds() const;
-  /// Not hidden, visible, resolved and inside its inset.
+  /// Not hidden, visible, resolved and inside its inset, which is shown.
   [[nodiscard]] bool IsDrawn() const;
 
   /// The part's or symbol's shape instance; null for an assembly leader and while the shape is in no scene.
@@ -117,9 +120,15 @@ private:
     bool hidden = false;
     bool visible = true;
     bool withinInsetBounds = true;
+    bool occluded = false;
   };
 
+  template <class T>
+  [[nodiscard]] T Read(T State::*field) const;
+  template <class T>
+  void Store(T State::*field, const T& value);
   [[nodiscard]] State GetState() const;
+  void ShowAsTarget();
   void TakeShape(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance);
   void TakeAssemblyShapes(const du::SmartPtr<zrk::illustration::SbomInstance>& assembly, ShapeSet shapes);
   void Follow(const dg::Location& location, const dg::DPoint3D& provisional) const ZR_REQUIRES(mutex_);

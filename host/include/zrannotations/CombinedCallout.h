@@ -23,7 +23,8 @@ public:
   /// The members themselves, to be changed in place by whoever serialises access to the callout.
   [[nodiscard]] std::vector<du::SmartPtr<Callout>>& GetCalloutVec();
   [[nodiscard]] unsigned GetCount() const;
-  /// Takes out the first member that carries the item and returns it; null when none does.
+  /// Takes out the first member that carries the item and returns it; null when none does. When it led, the callout
+  /// stands on the leaders of the next one.
   du::SmartPtr<Callout> RemoveItemId(std::uint32_t itemId);
   /// Replaces the callout's own leaders by copies of the first member's; nothing without members.
   void UpdateLeaderLine();

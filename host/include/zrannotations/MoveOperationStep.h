@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include <dg/Location.h>
 #include <du/Export.h>
 #include <du/SmartPtr.h>
@@ -18,6 +20,9 @@ public:
                     const dg::Location& to, bool apply);
   ~MoveOperationStep() override;
 
+  /// Gives the step the label's whole placement from before the move. Undo then restores it to the bit, with what a
+  /// screen-relative label stores besides its relative position, and redo what undo replaced.
+  void SetPlacementBefore(const CalloutLabelPlacement& placement);
   void Undo() override;
   void Redo() override;
   void OnAddedToOperation() override;
@@ -27,6 +32,7 @@ public:
 
 private:
   void MoveTo(const dg::Location& location);
+  void Restore(const CalloutLabelPlacement& placement);
 
   du::SmartPtr<Callout> callout_;
   unsigned index_;
@@ -34,6 +40,8 @@ private:
   dg::Location to_;
   bool apply_;
   bool relativeToScreen_;
+  std::optional<CalloutLabelPlacement> before_;
+  std::optional<CalloutLabelPlacement> after_;
 };
 
 }  // namespace zrannotations

@@ -71,8 +71,9 @@ public:
   void DetachScene();
   /// Makes `owner` the scene of the set and of its members, as Scene::SetAnnoSet needs it.
   void AttachScene(Scene* owner);
-  /// Empties both collections and the dependencies without notifications.
-  void Clear();
+  /// Empties both collections and the dependencies without notifications. Nothing enters the set any more: whoever is
+  /// still at work on another thread must not fill the set of a closed scene again.
+  void Close();
 
 private:
   friend class AnnoSetStep;
@@ -102,6 +103,7 @@ private:
 
   mutable dp::Mutex mutex_;
   const Link link_;
+  bool closed_ ZR_GUARDED_BY(mutex_) = false;
   std::uint64_t nextOrder_ ZR_GUARDED_BY(mutex_) = 1;
   Order members_ ZR_GUARDED_BY(mutex_);
   Index memberIndex_ ZR_GUARDED_BY(mutex_);

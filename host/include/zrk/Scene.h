@@ -40,8 +40,11 @@ public:
   [[nodiscard]] std::vector<du::SmartPtr<SceneListener>> GetListeners() const;
 
   /// Tears the scene down: announces it, then lets go of listeners, undo history, annotation set and views, without
-  /// further notifications. Calling it again does nothing.
+  /// further notifications. Calling it again does nothing. Work that goes on elsewhere changes and records nothing
+  /// more.
   void Destroy();
+  /// True as soon as Destroy was called.
+  [[nodiscard]] bool IsDestroyed() const;
 
 private:
   void DetachViews();

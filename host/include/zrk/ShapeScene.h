@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -37,6 +38,9 @@ public:
   /// Where the shape instance stands in the order of addition, for PutBackShapeInstance; 0 for a non-member.
   [[nodiscard]] std::uint64_t GetPlace(const du::SmartPtr<ShapeInstance>& shape) const;
 
+  /// Grows with every shape instance that comes, goes, moves, is shown or hidden: equal counts, equal pictures.
+  [[nodiscard]] std::uint64_t GetChangeCount() const;
+
   /// Adds it and notifies; null, a member and a shape instance of another scene change nothing.
   void AddShapeInstance(const du::SmartPtr<ShapeInstance>& shape);
   /// Removes it and notifies; a non-member changes nothing.
@@ -53,6 +57,9 @@ private:
     std::string id;
   };
 
+  friend class ShapeInstance;
+
+  std::atomic<std::uint64_t> changeCount_{0};
   mutable dp::Mutex mutex_;
   std::uint64_t nextOrder_ ZR_GUARDED_BY(mutex_) = 1;
   std::map<std::uint64_t, du::SmartPtr<ShapeInstance>> inOrder_ ZR_GUARDED_BY(mutex_);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 
 #include <dg/Camera3D.h>
 #include <dg/Color.h>
@@ -8,10 +9,12 @@
 #include <dp/ThreadSafety.h>
 #include <du/Export.h>
 #include <du/SmartPtr.h>
+#include <zrk/BackLink.h>
 #include <zrk/View.h>
 
 namespace zrk {
 
+class PickEvent;
 class PickService;
 class ShapeScene;
 
@@ -28,8 +31,14 @@ public:
   /// In pixels; 1600 x 1200 at first.
   [[nodiscard]] int GetWindowWidth() const;
   [[nodiscard]] int GetWindowHeight() const;
-  /// Null when picking is not possible in this view.
+  /// Null while the view answers picks itself, from the boxes of its scene's shapes.
   [[nodiscard]] du::SmartPtr<PickService> GetPickService() const;
+  /// For those that must not keep the view alive. Never null.
+  [[nodiscard]] const std::shared_ptr<BackLink<ShapeView>>& GetLink() const;
+
+  /// Hands the event to the view's pick service; without one it is answered before this returns. Dropped is an event of
+  /// a view whose camera nobody has set yet: it has no picture.
+  void RequestPick(const du::SmartPtr<PickEvent>& event);
 
   /// Announced as a change of the background.
   void SetBackgroundColors(const dg::Color& first, const dg::Color& second, const dg::Color& third);
@@ -42,6 +51,8 @@ public:
   void FireTimeout();
 
 private:
+  const std::shared_ptr<BackLink<ShapeView>> link_;
+  const du::SmartPtr<PickService> boxPicks_;
   mutable dp::Mutex mutex_;
   std::array<dg::Color, 3> background_ ZR_GUARDED_BY(mutex_);
   dg::Camera3D camera_ ZR_GUARDED_BY(mutex_);

@@ -91,20 +91,17 @@ du::SmartPtr<zrk::illustration::TAnnotation> Callout::GetDefinition() const {
   return definition_;
 }
 
+// The template's list of observers changes with the callout locked, here and in ExchangeObserver: two threads that
+// exchange observer or template must not leave an observer behind in a list where nobody looks for it.
 void Callout::UpdateDefinition(const Template& definition) {
   Template previous = definition;
-  du::SmartPtr<CalloutTemplateObserver> observer;
-  bool use = false;
-  {
-    const dp::MutexGuard guard(mutex_);
-    if (definition_ == definition) return;
-    definition_.Swap(previous);
-    observer = templateObserver_;
-    use = std::exchange(usingTemplate_, usingTemplate_ && definition_);
-  }
-  if (previous && observer) previous->UnregisterObserver(observer);
+  const dp::MutexGuard guard(mutex_);
+  if (definition_ == definition) return;
+  definition_.Swap(previous);
+  const bool use = std::exchange(usingTemplate_, usingTemplate_ && definition_);
+  if (previous && templateObserver_) previous->UnregisterObserver(templateObserver_);
   if (previous && use) previous->RemoveUser();
-  if (definition && observer) definition->RegisterObserver(observer);
+  if (definition && templateObserver_) definition->RegisterObserver(templateObserver_);
   if (definition && use) definition->AddUser();
 }
 
@@ -230,15 +227,11 @@ void Callout::UseTemplate(bool use) {
 
 void Callout::ExchangeObserver(du::SmartPtr<CalloutTemplateObserver> observer) {
   const du::SmartPtr<CalloutTemplateObserver> next = observer;
-  Template definition;
-  {
-    const dp::MutexGuard guard(mutex_);
-    templateObserver_.Swap(observer);
-    definition = definition_;
-  }
-  if (!definition || observer == next) return;
-  if (observer) definition->UnregisterObserver(observer);
-  if (next) definition->RegisterObserver(next);
+  const dp::MutexGuard guard(mutex_);
+  templateObserver_.Swap(observer);
+  if (!definition_ || observer == next) return;
+  if (observer) definition_->UnregisterObserver(observer);
+  if (next) definition_->RegisterObserver(next);
 }
 
 }  // namespace zrannotations

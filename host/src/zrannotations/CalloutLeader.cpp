@@ -63,6 +63,18 @@ void CalloutLeader::operator delete(void* memory) noexcept {
   GetArena().Free(memory);
 }
 
+template <class T>
+T CalloutLeader::Read(T State::*field) const {
+  const dp::MutexGuard guard(mutex_);
+  return state_.*field;
+}
+
+template <class T>
+void CalloutLeader::Store(T State::*field, const T& value) {
+  const dp::MutexGuard guard(mutex_);
+  state_.*field = value;
+}
+
 CalloutLeader::CalloutLeader() = default;
 
 CalloutLeader::~CalloutLeader() = default;
@@ -78,6 +90,7 @@ du::SmartPtr<CalloutLeader> CalloutLeader::MakeForShape(const dg::DPoint3D& anch
     leader->state_.location = shapeInstance->GetLocation();
     leader->state_.locationKnown = true;
   }
+  leader->ShowAsTarget();
   leader->SetAnchor(anchor);
   return leader;
 }
@@ -95,6 +108,7 @@ du::SmartPtr<CalloutLeader> CalloutLeader::MakeForAssembly(
     leader->state_.location = location;
     leader->state_.locationKnown = true;
   }
+  leader->ShowAsTarget();
   leader->SetAnchor(anchor);
   return leader;
 }
@@ -111,30 +125,29 @@ du::SmartPtr<CalloutLeader> CalloutLeader::MakeUnresolved(const std::string& sha
 du::SmartPtr<CalloutLeader> CalloutLeader::Clone() const {
   const auto leader = zrk::MakeObject<CalloutLeader>();
   if (!leader) return leader;
-  State state = GetState();
-  const dp::MutexGuard guard(leader->mutex_);
-  leader->state_ = std::move(state);
+  {
+    State state = GetState();
+    const dp::MutexGuard guard(leader->mutex_);
+    leader->state_ = std::move(state);
+  }
+  leader->ShowAsTarget();
   return leader;
 }
 
 void CalloutLeader::SetHidden(bool hidden) {
-  const dp::MutexGuard guard(mutex_);
-  state_.hidden = hidden;
+  Store(&State::hidden, hidden);
 }
 
 bool CalloutLeader::IsHidden() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.hidden;
+  return Read(&State::hidden);
 }
 
 void CalloutLeader::SetVisible(bool visible) {
-  const dp::MutexGuard guard(mutex_);
-  state_.visible = visible;
+  Store(&State::visible, visible);
 }
 
 bool CalloutLeader::IsVisible() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.visible;
+  return Read(&State::visible);
 }
 
 void CalloutLeader::SetAnchor(const dg::DPoint3D& point) {
@@ -159,18 +172,23 @@ void CalloutLeader::SetAnchorCalculated(bool calculated) {
 }
 
 bool CalloutLeader::IsAnchorCalculated() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.calculated;
+  return Read(&State::calculated);
+}
+
+void CalloutLeader::SetOccluded(bool occluded) {
+  Store(&State::occluded, occluded);
+}
+
+bool CalloutLeader::IsOccluded() const {
+  return Read(&State::occluded);
 }
 
 void CalloutLeader::SetBendPoints(const std::vector<dg::DPoint3D>& points) {
-  const dp::MutexGuard guard(mutex_);
-  state_.bendPoints = points;
+  Store(&State::bendPoints, points);
 }
 
 std::vector<dg::DPoint3D> CalloutLeader::GetBendPoints() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.bendPoints;
+  return Read(&State::bendPoints);
 }
 
 void CalloutLeader::SetInset(const du::SmartPtr<Inset>& inset) {
@@ -182,28 +200,23 @@ void CalloutLeader::SetInset(const du::SmartPtr<Inset>& inset) {
 }
 
 du::SmartPtr<Inset> CalloutLeader::GetInset() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.inset;
+  return Read(&State::inset);
 }
 
 void CalloutLeader::SetSymbolId(unsigned symbolId) {
-  const dp::MutexGuard guard(mutex_);
-  state_.symbolId = symbolId;
+  Store(&State::symbolId, symbolId);
 }
 
 unsigned CalloutLeader::GetSymbolId() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.symbolId;
+  return Read(&State::symbolId);
 }
 
 void CalloutLeader::SetWithinInsetBounds(bool within) {
-  const dp::MutexGuard guard(mutex_);
-  state_.withinInsetBounds = within;
+  Store(&State::withinInsetBounds, within);
 }
 
 bool CalloutLeader::IsWithinInsetBounds() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.withinInsetBounds;
+  return Read(&State::withinInsetBounds);
 }
 
 bool CalloutLeader::IsDrawn() const {
@@ -211,7 +224,8 @@ bool CalloutLeader::IsDrawn() const {
     const dp::MutexGuard guard(mutex_);
     if (state_.hidden || !state_.visible || !state_.withinInsetBounds) return false;
   }
-  return IsResolved();
+  const du::SmartPtr<Inset> inset = GetInset();
+  return IsResolved() && (!inset || inset->IsVisible());
 }
 
 du::SmartPtr<zrk::ShapeInstance> CalloutLeader::GetShapeInstance() const {
@@ -224,13 +238,11 @@ du::SmartPtr<zrk::ShapeInstance> CalloutLeader::GetShapeInstance() const {
 }
 
 std::string CalloutLeader::GetShapeInstanceId() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.shapeId;
+  return Read(&State::shapeId);
 }
 
 std::string CalloutLeader::GetAssemblyInstanceId() const {
-  const dp::MutexGuard guard(mutex_);
-  return state_.assemblyId;
+  return Read(&State::assemblyId);
 }
 
 du::SmartPtr<zrk::illustration::SbomInstance> CalloutLeader::GetSbomInstance() const {
@@ -322,6 +334,12 @@ bool CalloutLeader::OnShapeInstanceLocation(const du::SmartPtr<zrk::ShapeInstanc
   if (state_.shapeInstances.count(shapeInstance) == 0) return false;
   state_.stale = true;
   return true;
+}
+
+void CalloutLeader::ShowAsTarget() {
+  const ShapeSet shapes = GetShapeInstances();
+  if (shapes.empty()) return;
+  SetVisible(std::any_of(shapes.begin(), shapes.end(), [](const auto& shape) { return shape->IsVisible(); }));
 }
 
 void CalloutLeader::TakeShape(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance) {

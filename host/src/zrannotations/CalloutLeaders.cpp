@@ -72,6 +72,16 @@ std::vector<du::SmartPtr<CalloutLeader>> Callout::GetLeaders() const {
   return leaders_;
 }
 
+bool Callout::IsDimmed() const {
+  bool dimmed = false;
+  for (const du::SmartPtr<CalloutLeader>& leader : GetLeaders()) {
+    if (!leader->IsDrawn()) continue;
+    if (!leader->IsOccluded()) return false;
+    dimmed = true;
+  }
+  return dimmed;
+}
+
 bool Callout::CalculateAnchor(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance, dg::DPoint3D& point) const {
   if (!shapeInstance) return false;
   point = GetModelCenter(*shapeInstance);

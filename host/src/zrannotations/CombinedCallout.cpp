@@ -29,6 +29,7 @@ unsigned CombinedCallout::GetCount() const {
 
 du::SmartPtr<Callout> CombinedCallout::RemoveItemId(std::uint32_t itemId) {
   du::SmartPtr<Callout> member;
+  bool wasFirst = false;
   {
     const dp::MutexGuard guard(membersMutex_);
     const auto found = std::find_if(members_.begin(), members_.end(), [itemId](const du::SmartPtr<Callout>& candidate) {
@@ -36,9 +37,11 @@ du::SmartPtr<Callout> CombinedCallout::RemoveItemId(std::uint32_t itemId) {
     });
     if (found == members_.end()) return nullptr;
     member = *found;
+    wasFirst = found == members_.begin();
     members_.erase(found);
   }
   member->SetParentLink(nullptr);
+  if (wasFirst) UpdateLeaderLine();
   return member;
 }
 

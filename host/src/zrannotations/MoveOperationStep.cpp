@@ -1,5 +1,8 @@
 #include <zrannotations/MoveOperationStep.h>
 
+#include <zrannotations/CalloutSnapshot.h>
+#include <zrk/illustration/CalloutTemplateObserver.h>
+
 namespace zrannotations {
 
 MoveOperationStep::MoveOperationStep(const du::SmartPtr<Callout>& callout, unsigned index, const dg::Location& from,
@@ -14,12 +17,18 @@ MoveOperationStep::MoveOperationStep(const du::SmartPtr<Callout>& callout, unsig
 
 MoveOperationStep::~MoveOperationStep() = default;
 
+void MoveOperationStep::SetPlacementBefore(const CalloutLabelPlacement& placement) {
+  before_ = placement;
+}
+
 void MoveOperationStep::Undo() {
-  MoveTo(from_);
+  if (!before_ || !callout_) return MoveTo(from_);
+  after_ = callout_->TakeSnapshot().label;
+  Restore(*before_);
 }
 
 void MoveOperationStep::Redo() {
-  MoveTo(to_);
+  after_ ? Restore(*after_) : MoveTo(to_);
 }
 
 void MoveOperationStep::OnAddedToOperation() {
@@ -46,6 +55,12 @@ void MoveOperationStep::MoveTo(const dg::Location& location) {
   } else {
     callout_->SetLabelPosition(position);
   }
+}
+
+void MoveOperationStep::Restore(const CalloutLabelPlacement& placement) {
+  CalloutSnapshot snapshot;
+  snapshot.label = placement;
+  callout_->RestoreSnapshot(snapshot, CalloutSnapshot::LabelPosition);
 }
 
 }  // namespace zrannotations

@@ -6,24 +6,26 @@ namespace zritemlist {
 
 ItemInstanceOperationStep::ItemInstanceOperationStep(const du::SmartPtr<zrk::illustration::ItemsList>& list,
                                                      const du::SmartPtr<zrk::illustration::SbomInstance>& instance,
-                                                     const zrk::illustration::ItemInstanceChange& change)
-    : list_(list), instance_(instance), change_(change) {}
+                                                     const zrk::illustration::ItemInstanceChange& change, Kind kind)
+    : list_(list), instance_(instance), change_(change), kind_(kind) {}
 
 ItemInstanceOperationStep::~ItemInstanceOperationStep() = default;
 
 void ItemInstanceOperationStep::Undo() {
-  if (change_.rowCreated) {
-    list_->TakeRow(change_.itemId, row_);
-  } else {
-    list_->LeaveRow(change_.itemId, instance_, change_.quantityBefore);
-  }
+  Set(kind_ == Kind::Left, change_.quantityBefore);
 }
 
 void ItemInstanceOperationStep::Redo() {
+  Set(kind_ == Kind::Added, change_.quantityAfter);
+}
+
+void ItemInstanceOperationStep::Set(bool isMember, unsigned quantity) {
   if (change_.rowCreated) {
-    list_->InsertRow(row_);
+    isMember ? list_->InsertRow(row_) : list_->TakeRow(change_.itemId, row_);
+  } else if (isMember) {
+    list_->JoinRow(change_.itemId, instance_, quantity);
   } else {
-    list_->JoinRow(change_.itemId, instance_, change_.quantityAfter);
+    list_->LeaveRow(change_.itemId, instance_, quantity);
   }
 }
 

@@ -11,7 +11,6 @@
 #include <zrk/illustration/ItemsList.h>
 
 #include "ItemInstanceOperationStep.h"
-#include "ItemLeaveOperationStep.h"
 #include "ItemRemovalOperationStep.h"
 
 namespace zritemlist {
@@ -141,7 +140,8 @@ unsigned ItemList::AddInstance(const du::SmartPtr<zrk::illustration::SbomInstanc
   const zrk::CurrentOperation current(operation);
   const auto change = items_->AddInstance(instance, flag, text);
   if (change.changed && operation) {
-    operation->AddStep(zrk::MakeObject<ItemInstanceOperationStep>(items_, instance, change));
+    operation->AddStep(
+        zrk::MakeObject<ItemInstanceOperationStep>(items_, instance, change, ItemInstanceOperationStep::Kind::Added));
   }
   return change.itemId;
 }
@@ -160,7 +160,8 @@ unsigned ItemList::RemoveInstance(const du::SmartPtr<zrk::illustration::SbomInst
   change.quantityBefore = items_->GetQuantity(change.itemId);
   change.quantityAfter = change.quantityBefore - std::min(change.quantityBefore, 1U);
   if (items_->LeaveRow(change.itemId, instance, change.quantityAfter) && operation) {
-    operation->AddStep(zrk::MakeObject<ItemLeaveOperationStep>(items_, instance, change));
+    operation->AddStep(
+        zrk::MakeObject<ItemInstanceOperationStep>(items_, instance, change, ItemInstanceOperationStep::Kind::Left));
   }
   return change.itemId;
 }

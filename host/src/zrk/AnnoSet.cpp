@@ -109,12 +109,14 @@ std::size_t AnnoSet::GetCount() const {
 void AnnoSet::AddReferencedAnnotation(const du::SmartPtr<Annotation>& annotation) {
   if (!annotation) return;
   const dp::MutexGuard guard(mutex_);
+  if (closed_) return;
   Enter(referenced_, referencedIndex_, annotation, nextOrder_++);
 }
 
 void AnnoSet::AddDependency(const du::SmartPtr<Annotation>& master, const du::SmartPtr<Annotation>& dependent) {
   if (!master || !dependent) return;
   const dp::MutexGuard guard(mutex_);
+  if (closed_) return;
   dependents_[master].push_back(dependent);
 }
 
@@ -134,13 +136,14 @@ void AnnoSet::AttachScene(Scene* owner) {
   link_->Set(owner);
 }
 
-void AnnoSet::Clear() {
+void AnnoSet::Close() {
   // The last references to annotations go after the lock is released: destructors may call out.
   Order members;
   Order referenced;
   std::map<du::SmartPtr<Annotation>, AnnotationVector> dependents;
   {
     const dp::MutexGuard guard(mutex_);
+    closed_ = true;
     members.swap(members_);
     referenced.swap(referenced_);
     dependents.swap(dependents_);
@@ -163,6 +166,7 @@ void AnnoSet::Add(const du::SmartPtr<Annotation>& annotation, Place place, const
   if (!annotation) return;
   {
     const dp::MutexGuard guard(mutex_);
+    if (closed_) return;
     if (place.memberOrder == 0) place.memberOrder = nextOrder_++;
     if (!Enter(members_, memberIndex_, annotation, place.memberOrder)) return;
     annotation->SetSceneLink(link_);

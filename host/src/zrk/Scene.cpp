@@ -73,8 +73,13 @@ void Scene::Destroy() {
   UndoHistory::Clear(self);
   const du::SmartPtr<AnnoSet> set = GetAnnoSet();
   SetAnnoSet(nullptr);
-  if (set) set->Clear();
+  if (set) set->Close();
   DetachViews();
+}
+
+bool Scene::IsDestroyed() const {
+  const dp::MutexGuard guard(mutex_);
+  return isDestroyed_;
 }
 
 void Scene::DetachViews() {

@@ -51,6 +51,7 @@ void ShapeInstance::SetVisible(bool visible) {
   }
   const auto scene = GetShapeScene();
   if (!scene) return;
+  ++scene->changeCount_;
   for (const auto& listener : scene->GetListeners()) listener->OnShapeInstanceVisibility(this, visible);
 }
 
@@ -61,6 +62,7 @@ void ShapeInstance::SetLocation(const dg::Location& location) {
   }
   const auto scene = GetShapeScene();
   if (!scene) return;
+  ++scene->changeCount_;
   for (const auto& listener : scene->GetListeners()) listener->OnShapeInstanceLocation(this);
 }
 

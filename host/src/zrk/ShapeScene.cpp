@@ -74,6 +74,10 @@ std::uint64_t ShapeScene::GetPlace(const du::SmartPtr<ShapeInstance>& shape) con
   return member == members_.end() ? 0 : member->second.order;
 }
 
+std::uint64_t ShapeScene::GetChangeCount() const {
+  return changeCount_;
+}
+
 void ShapeScene::AddShapeInstance(const du::SmartPtr<ShapeInstance>& shape) {
   PutBackShapeInstance(shape, 0);
 }
@@ -91,6 +95,7 @@ void ShapeScene::PutBackShapeInstance(const du::SmartPtr<ShapeInstance>& shape, 
     byInstance_.emplace(std::make_pair(instance.Get(), order), shape);
     byId_.emplace(std::make_pair(id, order), shape);
   }
+  ++changeCount_;
   for (const auto& listener : GetListeners()) listener->OnShapeInstanceCreate(shape);
 }
 
@@ -106,6 +111,7 @@ void ShapeScene::RemoveShapeInstance(const du::SmartPtr<ShapeInstance>& shape) {
     byId_.erase({id, order});
     members_.erase(member);
   }
+  ++changeCount_;
   for (const auto& listener : GetListeners()) listener->OnShapeInstanceRemove(shape);
   // Only now: listeners may still ask the shape instance for its scene.
   shape->scene_.Clear(this);

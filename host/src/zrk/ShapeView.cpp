@@ -1,8 +1,12 @@
 #include <zrk/ShapeView.h>
 
+#include <zrk/MakeObject.h>
+#include <zrk/PickEvent.h>
 #include <zrk/PickService.h>
 #include <zrk/SceneListener.h>
 #include <zrk/ShapeScene.h>
+
+#include "BoxPicks.h"
 
 namespace zrk {
 
@@ -15,9 +19,13 @@ std::vector<du::SmartPtr<SceneListener>> GetListeners(const View& view) {
 
 }  // namespace
 
-ShapeView::ShapeView() = default;
+ShapeView::ShapeView() : link_(std::make_shared<BackLink<ShapeView>>()), boxPicks_(MakeObject<BoxPicks>()) {
+  link_->Set(this);
+}
 
-ShapeView::~ShapeView() = default;
+ShapeView::~ShapeView() {
+  link_->Set(nullptr);
+}
 
 du::SmartPtr<ShapeScene> ShapeView::GetShapeScene() const {
   return du::DynamicCast<ShapeScene>(GetScene());
@@ -48,6 +56,20 @@ int ShapeView::GetWindowHeight() const {
 du::SmartPtr<PickService> ShapeView::GetPickService() const {
   const dp::MutexGuard guard(mutex_);
   return pickService_;
+}
+
+const std::shared_ptr<BackLink<ShapeView>>& ShapeView::GetLink() const {
+  return link_;
+}
+
+void ShapeView::RequestPick(const du::SmartPtr<PickEvent>& event) {
+  if (!event) return;
+  const du::SmartPtr<PickService> service = GetPickService();
+  if (service) {
+    service->RequestPick(event);
+  } else if (GetCamera() != dg::Camera3D()) {
+    boxPicks_->RequestPick(event);
+  }
 }
 
 void ShapeView::SetBackgroundColors(const dg::Color& first, const dg::Color& second, const dg::Color& third) {

@@ -136,9 +136,12 @@ du::SmartPtr<Operation> UndoHistory::GetLast(const du::SmartPtr<Scene>& scene) {
 
 void UndoHistory::Record(const du::SmartPtr<Operation>& operation) {
   Operations released;
+  const du::SmartPtr<Scene> scene = operation->GetScene();
   Histories& histories = GetHistories();
   const dp::MutexGuard guard(histories.mutex);
-  SceneHistory& history = histories.byScene[operation->GetScene().Get()];
+  // Asked with the lock held: a scene that is destroyed from here on clears its history later.
+  if (scene && scene->IsDestroyed()) return;
+  SceneHistory& history = histories.byScene[scene.Get()];
   if (history.isRunning && history.runningThread == std::this_thread::get_id()) return;
   if (Contains(history.done, operation) || Contains(history.undone, operation)) return;
   released.swap(history.undone);

@@ -17,7 +17,6 @@ namespace zrcallouts::placement {
 namespace {
 
 constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
-constexpr double kCrossingCost = 400.0 * kUnitsPerPixel;
 
 /// xorshift64* (Vigna: An experimental exploration of Marsaglia's xorshift generators, scrambled, 2016).
 class Random {
@@ -68,7 +67,7 @@ std::pair<std::size_t, Coord> Around(const Seat& seat) {
 
 class Annealing {
 public:
-  Annealing(const Scene& scene, Seating& seating);
+  Annealing(const Scene& scene, Seating& seating, double crossingCost);
 
   void Run(std::size_t steps, double daring);
 
@@ -97,6 +96,7 @@ private:
 
   const Scene& scene_;
   Seating& seating_;
+  const double crossingCost_;
   Random random_;
   std::vector<Place> places_;         ///< In order round the frame.
   std::vector<std::size_t> placeOf_;  ///< By sitter, as all below.
@@ -108,7 +108,8 @@ private:
   std::vector<std::size_t> bestPlaceOf_;
 };
 
-Annealing::Annealing(const Scene& scene, Seating& seating) : scene_(scene), seating_(seating) {
+Annealing::Annealing(const Scene& scene, Seating& seating, double crossingCost)
+    : scene_(scene), seating_(seating), crossingCost_(crossingCost) {
   const std::size_t count = seating.seats.size();
   for (std::size_t k = 0; k < count; ++k) places_.push_back({seating.seats[k], k});
   for (const Seat& seat : seating.free) places_.push_back({seat, kNobody});
@@ -123,7 +124,7 @@ Annealing::Annealing(const Scene& scene, Seating& seating) : scene_(scene), seat
     if (places_[place].sitter == kNobody) continue;
     Prepare(places_[place].sitter, place, first_);
     CountCrossings(first_, kNobody);
-    energy_ += first_.length + kCrossingCost * first_.crossings;
+    energy_ += first_.length + crossingCost_ * first_.crossings;
     Settle(first_);
   }
   Remember();
@@ -169,13 +170,13 @@ void Annealing::TryExchange(std::size_t from, std::size_t to) {
   if (!Fits(ItemOf(a), places_[to].seat) || (b != kNobody && !Fits(ItemOf(b), places_[from].seat))) return;
   Prepare(a, to, first_);
   CountCrossings(first_, b);
-  double change = first_.length - length_[a] + kCrossingCost * (first_.crossings - crossings_[a]);
+  double change = first_.length - length_[a] + crossingCost_ * (first_.crossings - crossings_[a]);
   if (b != kNobody) {
     Prepare(b, from, second_);
     CountCrossings(second_, a);
-    change += second_.length - length_[b] + kCrossingCost * (second_.crossings - crossings_[b]);
+    change += second_.length - length_[b] + crossingCost_ * (second_.crossings - crossings_[b]);
     // What the two cross of each other counts once, before and after.
-    change += kCrossingCost * (AnyMeet(first_.pieces, second_.pieces) + AnyMeet(pieces_[a], pieces_[b]));
+    change += crossingCost_ * (AnyMeet(first_.pieces, second_.pieces) + AnyMeet(pieces_[a], pieces_[b]));
   }
   if (change > 0 && random_.Unit() >= std::exp(-change / temperature_)) return;
   Leave(a);
@@ -209,11 +210,11 @@ void Annealing::GiveBack() {
 
 void Annealing::Run(std::size_t steps, double daring) {
   constexpr std::size_t kReach = 24;
-  constexpr double kCold = kCrossingCost / 100;
-  const double hot = std::max(kCold, kCrossingCost * daring);
+  const double cold = crossingCost_ / 100;
+  const double hot = std::max(cold, crossingCost_ * daring);
   const std::size_t reach = std::min(kReach, places_.size() - 1);
   for (std::size_t step = 0; step < steps; ++step) {
-    temperature_ = hot * std::pow(kCold / hot, static_cast<double>(step) / static_cast<double>(steps));
+    temperature_ = hot * std::pow(cold / hot, static_cast<double>(step) / static_cast<double>(steps));
     const std::size_t sitter = random_.Below(placeOf_.size()), distance = 1 + random_.Below(reach);
     const bool forward = random_.Below(2) == 0;
     // Those that cross nothing move in one trial out of four only.
@@ -226,9 +227,9 @@ void Annealing::Run(std::size_t steps, double daring) {
 
 }  // namespace
 
-void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t steps, double daring) {
+void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t steps, double daring, double crossingCost) {
   if (seating.seats.empty() || seating.seats.size() + seating.free.size() < 2) return;
-  Annealing(scene, seating).Run(steps, daring);
+  Annealing(scene, seating, crossingCost).Run(steps, daring);
 }
 
 SpotList SpotsOf(const Scene& scene, const Seating& seating) {

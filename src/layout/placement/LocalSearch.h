@@ -15,10 +15,14 @@ struct Seating {
   std::vector<Seat> free;
 };
 
+/// What a pair of items whose leaders cross is usually worth in leader length.
+constexpr double kCrossingCost = 400.0 * kUnitsPerPixel;
+
 /// Exchanges the seats of pairs of items and moves items to free seats, so that fewer leaders cross and, at a lesser
 /// price, leaders stay short. Items only get seats they fit on. Takes `steps` trials; a `daring` of 1 leaves the way to
 /// the result open to detours, 0 takes improvements only. Never ends worse than it began.
-void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t steps, double daring);
+void ReduceCrossings(const Scene& scene, Seating& seating, std::size_t steps, double daring,
+                     double crossingCost = kCrossingCost);
 
 /// The spots of the seated items; the others have no place.
 [[nodiscard]] SpotList SpotsOf(const Scene& scene, const Seating& seating);

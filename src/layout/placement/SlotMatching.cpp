@@ -37,6 +37,7 @@ private:
   void Take(std::vector<Seat> seats, const Assignment& assignment);
   [[nodiscard]] double CostOf(const Item& item, const Seat& seat) const;
   void Keep();
+  void InsistOnOrder(std::vector<Seat> slots);
 
   const Scene& scene_;
   const RingPlan& plan_;
@@ -116,9 +117,22 @@ SpotList Matcher::Match() {
   return std::move(best_);
 }
 
+/// Starts again with a price for crossings that no length outweighs: stars of many leaders otherwise keep near their
+/// parts' middle and cross, though they need not on opposite sides.
+void Matcher::InsistOnOrder(std::vector<Seat> slots) {
+  constexpr std::size_t kSteps = 20000;
+  seating_.seats.clear();
+  seating_.free = std::move(slots);
+  potentials_.clear();
+  Assign();
+  ReduceCrossings(scene_, seating_, kSteps, 1, 20 * kCrossingCost);
+  Keep();
+}
+
 SpotList Matcher::Untangle() {
   constexpr std::size_t kMostSteps = 32000, kStepsPerItem = 400;
   const std::size_t steps = std::min(kMostSteps, kStepsPerItem * seating_.items.size());
+  std::vector<Seat> slots = seating_.free;
   Assign();
   ReduceCrossings(scene_, seating_, steps, 1);
   Keep();
@@ -128,6 +142,8 @@ SpotList Matcher::Untangle() {
   Keep();
   ReduceCrossings(scene_, seating_, steps / 4, 0);
   Keep();
+  constexpr std::size_t kFew = 60;
+  if (bestTally_.crossings > 0 && seating_.items.size() <= kFew) InsistOnOrder(std::move(slots));
   return std::move(best_);
 }
 

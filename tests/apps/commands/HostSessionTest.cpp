@@ -159,6 +159,67 @@ TEST_F(HostSessionTest, TemplateSpeaksTheLanguageItHasAPatternFor) {
   }
 }
 
+TEST_F(HostSessionTest, RenumberingGoesWithTheRun) {
+  Open(fixtures::MakePress());
+  struct Case {
+    bool hierarchical;
+    std::vector<unsigned> order;  // Of item ids; with assemblies the press has 1 base, 2 clamp, 3 jaw, 4 bolt, 5 lid.
+    Texts items, callouts;
+  };
+  const Case cases[] = {
+      {false, {3, 1}, {"1 x3", "2 x1", "3 x2", "4 x1"}, {"2 1/1", "3 2/1", "1 3/1", "4 1/1"}},
+      {true, {9, 8, 5}, {"1 x1", "2 x2", "2.1 x3", "2.2 x2", "3 x1"}, {"3 1/1", "2.2 2/1", "2.1 3/1", "1 1/1"}}};
+  for (const Case& expected : cases) {
+    if (expected.hierarchical) session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
+    session_->Generate(tree_->Leaves(), false);
+    const Texts items = Items(), callouts = Callouts();
+    session_->RenumberItems(expected.order);
+    EXPECT_EQ(Items(), expected.items);
+    EXPECT_EQ(Callouts(), expected.callouts);
+    ASSERT_TRUE(session_->Undo());
+    EXPECT_TRUE(Items().empty());
+    ASSERT_TRUE(session_->Redo());
+    EXPECT_EQ(Items(), expected.items);
+    EXPECT_EQ(Callouts(), expected.callouts);
+    ASSERT_TRUE(session_->Undo());
+  }
+}
+
+TEST_F(HostSessionTest, AlignedAndMovedLabelsComeBackWithUndo) {
+  Open(fixtures::MakePress());
+  session_->Generate(tree_->Leaves(), false);
+  const auto labels = [&] {
+    std::vector<double> places;
+    for (const CalloutState& callout : session_->GetCallouts()) {
+      places.insert(places.end(), {callout.label.x, callout.label.y, callout.label.z});
+    }
+    return places;
+  };
+  const std::vector<double> before = labels();
+  std::string error;
+  EXPECT_FALSE(session_->AlignLabels(zrcallouts::Align_Mode::AlongAxisY, false, error));
+  EXPECT_NE(error.find("points at the viewer"), std::string::npos) << error;
+  EXPECT_EQ(labels(), before);
+  ASSERT_TRUE(session_->AlignLabels(zrcallouts::Align_Mode::AlongAxisX, true, error)) << error;
+  const std::vector<CalloutState> aligned = session_->GetCallouts();
+  for (const CalloutState& callout : aligned) EXPECT_NEAR(callout.label.z, aligned[0].label.z, 1e-6);
+  ASSERT_TRUE(session_->Undo());
+  EXPECT_EQ(labels(), before);
+
+  session_->MoveLabels({{aligned[1].id, {1, 2, 3}}, {9999, {0, 0, 0}}});
+  const CalloutState moved = session_->GetCallouts()[1];
+  EXPECT_NEAR(moved.label.x + moved.label.y + moved.label.z, 6, 1e-6);
+  EXPECT_TRUE(moved.leaders[0].bends.empty());
+  ASSERT_TRUE(session_->Undo());
+  ASSERT_TRUE(session_->Redo());
+  EXPECT_NEAR(session_->GetCallouts()[1].label.z, 3, 1e-6);
+
+  ASSERT_TRUE(session_->Undo());
+  session_->Generate({1}, false);
+  EXPECT_FALSE(session_->AlignLabels(zrcallouts::Align_Mode::MinX, false, error));
+  EXPECT_NE(error.find("fewer than two"), std::string::npos) << error;
+}
+
 TEST_F(HostSessionTest, NothingOutlivesTheSession) {
   const auto cycle = [this] {
     Open(fixtures::MakePress());

@@ -8,7 +8,7 @@ namespace {
 Balloon MakeBalloon(Box2 box, std::vector<std::vector<Point2>> leaders) {
   Balloon balloon;
   balloon.box = box;
-  for (auto& points : leaders) balloon.leaders.push_back({std::move(points), LeaderEnd::Dot, false});
+  for (auto& points : leaders) balloon.leaders.push_back({std::move(points), LeaderEnd::Dot, false, ""});
   return balloon;
 }
 
@@ -21,7 +21,7 @@ struct FaultCase {
 class LayoutCheckTest : public testing::TestWithParam<FaultCase> {};
 
 TEST_P(LayoutCheckTest, CountsWhatIsThere) {
-  const LayoutFaults faults = CountLayoutFaults(GetParam().balloons, {100, 100, 200, 200});
+  const LayoutFaults faults = CountLayoutFaults(GetParam().balloons, {{100, 100, 200, 200}});
   EXPECT_EQ(faults.leaderCrossings, GetParam().expected.leaderCrossings);
   EXPECT_EQ(faults.labelOverlaps, GetParam().expected.labelOverlaps);
   EXPECT_EQ(faults.labelsOverModel, GetParam().expected.labelsOverModel);

@@ -42,6 +42,16 @@ INSTANTIATE_TEST_SUITE_P(
                     RefusedCase{"HugeLevel", {"a.stp", "--level", "99999999999"}, "--level: "},
                     RefusedCase{"UnknownNumbering", {"a.stp", "--numbering", "odd"}, "use flat or hierarchical"},
                     RefusedCase{"UnknownLanguage", {"a.stp", "--lang", "xx"}, "--lang: 'xx'"},
+                    RefusedCase{"UnknownOrder", {"a.stp", "--order", "odd"}, "use item or clockwise"},
+                    RefusedCase{"UnknownAlignment", {"a.stp", "--align", "left"}, "--align: 'left' is unknown"},
+                    RefusedCase{"DistributeAlone", {"a.stp", "--distribute"}, "--distribute: needs --align"},
+                    RefusedCase{"PinToAPicture", {"a.stp", "--pin", "a.png"}, "--pin: '.png' is unknown"},
+                    RefusedCase{"SheetCombines", {"a.stp", "--callouts", "2d", "--combine"}, "not with --combine"},
+                    RefusedCase{"UnknownListPlace", {"a.stp", "--list", "left"}, "--list: 'left'"},
+                    RefusedCase{"OneOfTheViewsUnknown", {"a.stp", "--view", "iso", "--view", "odd"}, "view 'odd'"},
+                    RefusedCase{"NothingToCheck", {"check"}, "no file given"},
+                    RefusedCase{"UnknownFindingFormat", {"check", "a.svg", "--format", "xml"}, "--format: 'xml'"},
+                    RefusedCase{"CheckWritesNothing", {"check", "a.svg", "-o", "b.svg"}, "-o"},
                     RefusedCase{"EmptyGlob", {"a.stp", "--select", ""}, "--select"},
                     RefusedCase{"UnknownFormat", {"a.stp", "-o", "a.gif"}, "--output: '.gif' is unknown"},
                     RefusedCase{"NoFormat", {"a.stp", "-o", "figure"}, "has no extension"},
@@ -61,19 +71,38 @@ TEST(OptionsTest, ModelAloneGetsTheDefaults) {
   EXPECT_EQ(options.mode, CalloutMode::OnePerItem);
   EXPECT_EQ(options.page.widthMm, 297);
   EXPECT_EQ(options.page.heightMm, 210);
-  EXPECT_FALSE(options.level || options.hierarchical || options.json || options.strict || options.quiet);
+  EXPECT_EQ(options.page.marginMm, 10);
+  EXPECT_EQ(Parse({"a.stp", "--page", "841x594"}).page.marginMm, 20);
+  EXPECT_EQ(options.listPlace, TablePlace::Beside);
+  EXPECT_EQ(Parse({"a.stp", "--portrait"}).listPlace, TablePlace::Under);
+  EXPECT_EQ(Parse({"check", "a.svg", "--format", "sarif"}).check, FindingFormat::Sarif);
+  EXPECT_FALSE(options.check || options.align || options.level || options.hierarchical || options.json ||
+               options.strict || options.quiet);
 }
 
 TEST(OptionsTest, ValuesReachTheirFields) {
-  const Options options =
-      Parse({"--select", "bolt*",  "pump.step", "--select", "a/**",        "-o",           "x.PDF",
-             "--view",   "-30,20", "--level",   "2",        "--numbering", "hierarchical", "--per-instance",
-             "--margin", "12.5",   "--lang",    "ja",       "--weld",      "frame"});
+  const Options options = Parse({"--view",   "-30,20",      "--view",       "top",
+                                 "--order",  "clockwise",   "--callouts",   "2d",
+                                 "--align",  "center-y",    "--distribute", "--frame",
+                                 "--pin",    "old.json",    "--list",       "on",
+                                 "--select", "bolt*",       "pump.step",    "--select",
+                                 "a/**",     "-o",          "x.PDF",        "--level",
+                                 "2",        "--numbering", "hierarchical", "--per-instance",
+                                 "--margin", "12.5",        "--lang",       "ja",
+                                 "--weld",   "frame"});
   EXPECT_EQ(options.model, "pump.step");
   EXPECT_EQ(options.select, (Arguments{"bolt*", "a/**"}));
   EXPECT_EQ(options.weld, Arguments{"frame"});
   EXPECT_EQ(options.figure, "x.PDF");
-  EXPECT_LT(options.direction.toViewer.x, 0);
+  ASSERT_EQ(options.directions.size(), 2u);
+  EXPECT_LT(options.directions[0].toViewer.x, 0);
+  EXPECT_EQ(options.directions[1].toViewer.z, 1);
+  EXPECT_EQ(options.order, ItemOrder::Clockwise);
+  EXPECT_EQ(options.kind, CalloutKind::Sheet);
+  EXPECT_EQ(options.align, zrcallouts::Align_Mode::CenterY);
+  EXPECT_TRUE(options.distribute && options.page.frame);
+  EXPECT_EQ(options.pin, "old.json");
+  EXPECT_EQ(options.listPlace, TablePlace::OnDrawing);
   EXPECT_EQ(options.level, 2u);
   EXPECT_TRUE(options.hierarchical);
   EXPECT_EQ(options.mode, CalloutMode::PerInstance);

@@ -34,7 +34,7 @@ std::vector<std::string> ScratchFolder::Files() const {
   return names;
 }
 
-ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder) {
+ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder, const fs::path& input) {
   const fs::path program = fs::read_symlink("/proc/self/exe").parent_path() / "zrfigure";
   const ScratchFolder capture;
   const fs::path output = capture.Path() / "out";
@@ -46,6 +46,7 @@ ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::pa
   argv.push_back(nullptr);
   const pid_t child = fork();
   if (child == 0) {
+    dup2(open(input.c_str(), O_RDONLY), STDIN_FILENO);
     dup2(open(output.c_str(), O_CREAT | O_WRONLY, 0600), STDOUT_FILENO);
     dup2(open(errors.c_str(), O_CREAT | O_WRONLY, 0600), STDERR_FILENO);
     if (chdir(folder.c_str()) == 0) execv(argv[0], argv.data());

@@ -13,8 +13,9 @@ struct ProgramResult {
   std::string errors;
 };
 
-/// Runs `zrfigure ARGUMENTS` in a folder and waits for it.
-ProgramResult RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& folder);
+/// Runs `zrfigure ARGUMENTS` in a folder, with a file as its standard input, and waits for it.
+ProgramResult RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
+                         const std::filesystem::path& input = "/dev/null");
 
 std::string ReadFile(const std::filesystem::path& path);
 

@@ -75,6 +75,25 @@ TEST_F(FigureExportTest, PdfHoldsAllPagesInMillimetreSizeAndEqualBytes) {
   EXPECT_NE(dated.find("19700102"), std::string::npos);
 }
 
+TEST_F(FigureExportTest, PdfLinksRowsAndBalloonsOverPages) {
+  Figure figure, list;
+  for (const char* item : {"1", "2", "3"}) {
+    figure.balloons.push_back({item, item, {item}, BalloonShape::Circle, {100, 100, 180, 180}, {}});
+  }
+  figure.table = list.table = PartsTable{{1000, 100}, 20, 40, {{"Item", TextAlign::Left, 80}}, {}};
+  figure.table->rows = {{"1", {"1"}}};
+  list.table->rows = {{"2", {"2"}}, {"9", {"9"}}};  // No row for balloon 3, no balloon for row 9.
+  std::string pdf;
+  ASSERT_TRUE(RenderFigure({WriteSvg(figure), WriteSvg(list)}, FigureFormat::Pdf, {}, pdf, error_)) << error_;
+  for (const auto& [target, links] :
+       {std::pair{"row-1", 1}, {"row-2", 1}, {"callout-1", 1}, {"callout-2", 1}, {"callout-3", 0}, {"row-9", 0}}) {
+    int found = 0;
+    const std::string dest = std::string("/Dest (") + target + ")";
+    for (std::size_t at = pdf.find(dest); at != std::string::npos; at = pdf.find(dest, at + 1)) ++found;
+    EXPECT_EQ(found, links) << target;
+  }
+}
+
 TEST_F(FigureExportTest, FurtherPagesOfSvgGetNumberedNames) {
   ASSERT_TRUE(WriteFigure(folder_ / "fig.SVG", {Page(297, 210), Page(210, 297)}, {}, written_, error_)) << error_;
   ASSERT_EQ(written_.size(), 2U);

@@ -119,6 +119,10 @@ TEST_P(PlanPageTest, PlacesEveryRowOnceAndNothingOverTheDrawing) {
     const bool beside = plan.drawingArea.maxX < plan.table->origin.x,
                under = plan.drawingArea.maxY < plan.table->origin.y;
     EXPECT_TRUE(beside || under);
+    const bool rises = plan.table->RowTop(0) < plan.table->HeaderTop();
+    EXPECT_EQ(rises, GetParam().place == TablePlace::OnDrawing);
+    EXPECT_NEAR(plan.table->HeaderTop() - plan.table->RowTop(0), rises ? plan.table->rowHeight : -plan.table->rowHeight,
+                1e-6);
   }
   EXPECT_GT(plan.drawingArea.Width() * plan.drawingArea.Height(), 0.5 * inside.Width() * inside.Height());
 }
@@ -127,6 +131,8 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, PlanPageTest,
     testing::Values(PlaceCase{"BesideFew", TablePlace::Beside, 5}, PlaceCase{"BesideMany", TablePlace::Beside, 300},
                     PlaceCase{"UnderFew", TablePlace::Under, 5}, PlaceCase{"UnderMany", TablePlace::Under, 100},
+                    PlaceCase{"OnDrawingFew", TablePlace::OnDrawing, 5},
+                    PlaceCase{"OnDrawingMany", TablePlace::OnDrawing, 100},
                     PlaceCase{"OwnPage", TablePlace::OwnPage, 120}, PlaceCase{"NoRows", TablePlace::Beside, 0}),
     [](const auto& tested) { return tested.param.name; });
 

@@ -4,6 +4,9 @@
 
 #include <pugixml.hpp>
 #include <set>
+#include <tuple>
+
+#include "drawing/SvgReader.h"
 
 namespace zrfigure {
 namespace {
@@ -18,18 +21,19 @@ Figure SampleFigure() {
                     {7, LineClass::Edge, {{310, 310}, {320, 330}}}},
                    {{{300, 300}, {500, 300}, {500, 400}, {300, 300}}}},
                   {"9", "1", "", {}, {}}};
-  Balloon dot{"a",
-              "2",
-              {"2"},
-              BalloonShape::Circle,
-              {800, 100, 880, 180},
-              {{{{400, 320}, {810, 160}}, LeaderEnd::Dot, false}, {{{450, 350}, {820, 170}}, LeaderEnd::Arrow, false}}};
+  Balloon dot{
+      "a",
+      "2",
+      {"2"},
+      BalloonShape::Circle,
+      {800, 100, 880, 180},
+      {{{{400, 320}, {810, 160}}, LeaderEnd::Dot, false, ""}, {{{450, 350}, {820, 170}}, LeaderEnd::Arrow, false, ""}}};
   Balloon hidden{"b",
                  "1",
                  {"1", "(4x)"},
                  BalloonShape::Stadium,
                  {800, 400, 900, 520},
-                 {{{{400, 320}, {800, 460}}, LeaderEnd::Dot, true}}};
+                 {{{{400, 320}, {800, 460}}, LeaderEnd::Dot, true, ""}}};
   figure.balloons = {dot, hidden};
   PartsTable table{{1500, 100},
                    20,
@@ -118,9 +122,65 @@ TEST(SvgWriterTest, TextSurvivesMarkupAndBadBytes) {
 TEST(SvgWriterTest, EmptyAndDegenerateFiguresAreStillDocuments) {
   EXPECT_TRUE(Parsed(WriteSvg(Figure{})).child("svg"));
   Figure figure = SampleFigure();
-  figure.balloons[0].leaders = {{{}, LeaderEnd::Dot, false}, {{{1, 1}, {1, 1}}, LeaderEnd::Arrow, false}};
+  figure.balloons[0].leaders = {{{}, LeaderEnd::Dot, false, ""}, {{{1, 1}, {1, 1}}, LeaderEnd::Arrow, false, ""}};
   figure.table->columns.clear();
   EXPECT_EQ(WriteSvg(figure).find("nan"), std::string::npos);
+}
+
+/// Compares what ReadSvg() promises to read.
+void ExpectReadBack(const Figure& figure) {
+  std::string error;
+  const auto read = ReadSvg(WriteSvg(figure), error);
+  ASSERT_TRUE(read) << error;
+  EXPECT_EQ(read->page.widthMm, figure.page.widthMm);
+  ASSERT_EQ(read->drawings.size(), figure.drawings.size());
+  EXPECT_EQ(read->drawings[0].maxX, figure.drawings[0].maxX);
+  ASSERT_EQ(read->parts.size(), figure.parts.size());
+  ASSERT_EQ(read->parts[0].area.size(), 1u);
+  EXPECT_EQ(read->parts[0].area[0].size(), 4u);
+  ASSERT_EQ(read->balloons.size(), figure.balloons.size());
+  for (std::size_t i = 0; i < figure.balloons.size(); ++i) {
+    const Balloon &back = read->balloons[i], &sent = figure.balloons[i];
+    EXPECT_EQ(std::tuple(back.id, back.itemId, back.lines), std::tuple(sent.id, sent.itemId, sent.lines));
+    EXPECT_NEAR(back.box.minX, sent.box.minX, 0.02);
+    EXPECT_NEAR(back.box.maxY, sent.box.maxY, 0.02);
+    ASSERT_EQ(back.leaders.size(), sent.leaders.size());
+    for (std::size_t k = 0; k < sent.leaders.size(); ++k) {
+      EXPECT_EQ(back.leaders[k].hidden, sent.leaders[k].hidden);
+      EXPECT_EQ(back.leaders[k].partId, sent.leaders[k].partId);
+      EXPECT_EQ(back.leaders[k].end, sent.leaders[k].hidden ? LeaderEnd::None : sent.leaders[k].end);
+      EXPECT_EQ(back.leaders[k].points.front().y, sent.leaders[k].points.front().y);
+    }
+  }
+  ASSERT_TRUE(read->table);
+  for (std::size_t i = 0; i < figure.table->rows.size(); ++i) {
+    EXPECT_EQ(read->table->rows[i].cells, figure.table->rows[i].cells);
+    EXPECT_EQ(read->table->rows[i].shown, figure.table->rows[i].shown);
+    EXPECT_EQ(read->table->RowTop(i), figure.table->RowTop(i));
+  }
+}
+
+TEST(SvgWriterTest, WhatWasWrittenReadsBack) {
+  Figure figure = SampleFigure();
+  figure.drawings = {{300, 300, 500, 400}};
+  figure.balloons[0].leaders[0].partId = "pump/7";
+  figure.table->rows[1].shown = false;
+  ExpectReadBack(figure);
+  figure.table->rising = true;
+  ExpectReadBack(figure);
+  std::string error;
+  for (const char* other : {"", "<svg", "<html/>", "<svg><g id=\"drawing\"/></svg>"}) {
+    EXPECT_FALSE(ReadSvg(other, error)) << other;
+    EXPECT_FALSE(error.empty());
+  }
+}
+
+TEST(SvgWriterTest, WhollyHiddenCalloutIsGrey) {
+  const pugi::xml_document document = Parsed(WriteSvg(SampleFigure()));
+  for (const auto& [id, grey] : {std::pair{"callout-a", false}, std::pair{"callout-b", true}}) {
+    EXPECT_EQ(std::string(ById(document, id).attribute("fill").value()) == "#808080", grey) << id;
+    EXPECT_EQ(std::string(ById(document, id).child("rect").attribute("stroke").value()) == "#808080", grey) << id;
+  }
 }
 
 TEST(SvgWriterTest, SameFigureGivesTheSameBytes) {

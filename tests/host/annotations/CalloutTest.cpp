@@ -1,5 +1,7 @@
 #include <zrannotations/Callout.h>
 
+#include <thread>
+
 #include <zrannotations/CombinedCallout.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zrk/MemoryPool.h>
@@ -245,6 +247,23 @@ TEST_F(CalloutTest, CountsAsUserOfItsTemplateWhileItUsesIt) {
   callout.Reset();
   EXPECT_EQ(first->GetUserCount(), 0u);
   EXPECT_EQ(first->GetObserverCount(), 0u);
+}
+
+TEST_F(CalloutTest, ExchangesOfTheTemplateObserverOnTwoThreadsLeaveNoneBehind) {
+  const TemplatePtr both[] = {MakeTemplate("item"), MakeTemplate("item")};
+  const CalloutPtr callout = zrk::MakeObject<Callout>();
+  callout->Initialize(both[0], housing_);
+  const auto exchange = [&] {
+    for (int round = 0; round < 3000; ++round) {
+      callout->RegisterTemplateObserver(du::SmartPtr<SelfRemovingObserver>(new SelfRemovingObserver(callout)));
+      callout->UpdateDefinition(both[round % 2]);
+      callout->UnregisterTemplateObserver();
+    }
+  };
+  std::thread other(exchange);
+  exchange();
+  other.join();
+  for (const TemplatePtr& one : both) EXPECT_EQ(one->GetObserverCount(), 0u);
 }
 
 TEST_F(CalloutTest, TemplateObserverMovesWithTheDefinitionAndMayGoDuringANotification) {

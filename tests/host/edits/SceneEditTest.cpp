@@ -117,6 +117,24 @@ TEST_F(SceneEditTest, TakesSymbolsAlongWhenTheirPartMovesOrGoes) {
   EXPECT_TRUE(symbol->GetScene());
 }
 
+TEST_F(SceneEditTest, KeepsWhatInsetsShowLikeTheOriginals) {
+  const auto inset = AnnotationEdit::AddInset(scene_, gear_, "detail", nullptr);
+  const auto copy = inset->GetSubsetScene()->GetShapeInstances().at(0);
+  const double before = copy->GetLocation().GetPos().x;
+  const auto operation = MakeOperation();
+  ASSERT_TRUE(SceneEdit::MoveInstance(scene_, drive_, {2, 0, 0}, operation));
+  ASSERT_TRUE(SceneEdit::SetInstanceVisible(scene_, gear_, false, operation));
+  EXPECT_EQ(copy->GetLocation().GetPos().x, before + 2);
+  EXPECT_FALSE(copy->IsVisible());
+  ASSERT_TRUE(SceneEdit::RemoveInstance(scene_, drive_, operation));
+  zrk::RecordOperation(operation);
+  EXPECT_FALSE(copy->GetShapeScene());
+  ASSERT_TRUE(Undo());
+  EXPECT_EQ(copy->GetShapeScene(), inset->GetSubsetScene());
+  EXPECT_EQ(copy->GetLocation().GetPos().x, before);
+  EXPECT_TRUE(copy->IsVisible());
+}
+
 TEST_F(SceneEditTest, AsksForTheCalloutsOfAnItemWhenItsLastInstanceGoes) {
   std::vector<unsigned> asked;
   zritemlist::ItemList::SetItemRemovalHook([&](const auto& scene, unsigned itemId, const OperationPtr& operation) {

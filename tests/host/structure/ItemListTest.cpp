@@ -1,7 +1,6 @@
 #include "StructureFixture.h"
 
 #include <map>
-#include <random>
 
 #include <zritemlist/ItemList.h>
 #include <zrk/illustration/ItemsList.h>
@@ -192,79 +191,5 @@ TEST_F(ItemListTest, ClearSkipsScenesThatAreGone) {
   list_->ClearList(nullptr);
   EXPECT_EQ(calls, 3);
 }
-
-/// Random commands; the model is the list of states between the recorded operations.
-class ItemListHistoryTest : public ItemListTest, public testing::WithParamInterface<unsigned> {
-protected:
-  void ChangeSomething(const du::SmartPtr<zrk::Operation>& operation) {
-    const auto ids = items_->GetItemIds();
-    const unsigned id = ids.empty() ? 0 : ids[random_() % ids.size()];
-    switch (random_() % 8) {
-      case 0:
-        return list_->DeleteItem(id, operation);
-      case 1:
-        return items_->SetQuantity(id, static_cast<unsigned>(random_() % 50), operation);
-      case 2:
-        return items_->SetItemLabel(id, std::to_string(random_() % 30), operation);
-      case 3:
-        return items_->SetIndex(id, static_cast<unsigned>(random_() % 30), operation);
-      case 4:
-        if (random_() % 4 == 0) list_->ClearList(operation);
-        return;
-      default:
-        list_->AddInstance(parts_[random_() % parts_.size()], operation, false, "");
-    }
-  }
-
-  /// Every index of the list agrees with its rows.
-  void CheckLookups() {
-    std::size_t listed = 0;
-    for (const auto& [id, row] : GetRows()) {
-      for (const auto& part : row.instances) {
-        unsigned found = 0;
-        EXPECT_TRUE(items_->GetItemIdForInstance(part, found));
-        EXPECT_EQ(found, id);
-      }
-      listed += row.instances.size();
-    }
-    std::size_t known = 0;
-    unsigned id = 0;
-    for (const Part& part : parts_) known += items_->GetItemIdForInstance(part, id) ? 1 : 0;
-    EXPECT_EQ(known, listed);
-  }
-
-  std::mt19937 random_{GetParam()};
-  std::vector<Part> parts_;
-};
-
-TEST_P(ItemListHistoryTest, UndoAndRedoRestoreEveryState) {
-  for (int node = 0; node < 12; ++node) {
-    const Node component = MakeNode("n" + std::to_string(node));
-    for (int copy = 0; copy <= node % 4; ++copy) parts_.push_back(AddPart(component));
-  }
-  std::vector<Rows> states{GetRows()};
-  std::size_t now = 0;
-  for (int round = 0; round < 300; ++round) {
-    const auto dice = random_() % 10;
-    if (dice < 3) {
-      ASSERT_EQ(zrk::UndoHistory::Undo(scene_), now > 0);
-      if (now > 0) --now;
-    } else if (dice < 5) {
-      ASSERT_EQ(zrk::UndoHistory::Redo(scene_), now + 1 < states.size());
-      if (now + 1 < states.size()) ++now;
-    } else {
-      const auto operation = MakeOperation();
-      for (auto steps = 1 + random_() % 5; steps > 0; --steps) ChangeSomething(operation);
-      zrk::RecordOperation(operation);
-      states.resize(++now);
-      states.push_back(GetRows());
-    }
-    ASSERT_EQ(GetRows(), states[now]) << "round " << round;
-    CheckLookups();
-    if (HasFailure()) return;
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, ItemListHistoryTest, testing::Range(1u, 9u));
 
 }  // namespace zrtest

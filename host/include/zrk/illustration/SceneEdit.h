@@ -36,15 +36,17 @@ public:
 
   SceneEdit() = delete;
 
-  /// Moves every shape instance of the instance and below it, and 3D symbols on them, by a displacement in model space.
+  /// Moves every shape instance of the instance and below it, 3D symbols on them, and what insets show of them, by a
+  /// displacement in model space.
   static bool MoveInstance(const du::SmartPtr<Illustration3dScene>& scene, const du::SmartPtr<SbomInstance>& instance,
                            const dg::DVec3& displacement, const du::SmartPtr<Operation>& operation);
   /// Shows or hides the same shape instances; those that are shown or hidden already stay unnotified.
   static bool SetInstanceVisible(const du::SmartPtr<Illustration3dScene>& scene,
                                  const du::SmartPtr<SbomInstance>& instance, bool visible,
                                  const du::SmartPtr<Operation>& operation);
-  /// Removes the instance with everything below it: 3D symbols on it, memberships in items, shape instances, then the
-  /// entry in the structure. Undo brings the same objects back to the same places. The structure's root stays.
+  /// Removes the instance with everything below it: 3D symbols on it, memberships in items, callouts that point at
+  /// nothing else (texts apart), shape instances, also those that insets show, then the entry in the structure. Undo
+  /// brings the same objects back to the same places. The structure's root stays.
   static bool RemoveInstance(const du::SmartPtr<Illustration3dScene>& scene, const du::SmartPtr<SbomInstance>& instance,
                              const du::SmartPtr<Operation>& operation);
   /// Stores a property value, or takes it out when `value` is empty, as one update of the structure that announces a

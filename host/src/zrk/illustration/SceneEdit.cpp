@@ -1,9 +1,13 @@
 #include <zrk/illustration/SceneEdit.h>
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
 #include <zrannotations/AnnotationEdit.h>
+#include <zrannotations/Callout.h>
+#include <zrannotations/CalloutLeader.h>
+#include <zrannotations/Inset.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zritemlist/ItemList.h>
 #include <zrk/AnnoSet.h>
@@ -12,6 +16,7 @@
 #include <zrk/MakeObject.h>
 #include <zrk/Operation.h>
 #include <zrk/Property.h>
+#include <zrk/Shape.h>
 #include <zrk/ShapeInstance.h>
 #include <zrk/illustration/Illustration3dScene.h>
 #include <zrk/illustration/ItemsList.h>
@@ -93,6 +98,66 @@ ShapePresenceStep::Shapes CollectShapes(const ScenePtr& scene, const Parts& part
   return shapes;
 }
 
+/// The scenes that the insets draw in place of the main one.
+std::vector<du::SmartPtr<ShapeScene>> GetSubsetScenes(const ScenePtr& scene) {
+  std::vector<du::SmartPtr<ShapeScene>> scenes;
+  const auto set = scene->GetAnnoSet();
+  if (!set) return scenes;
+  for (const auto& annotation : set->GetAnnotations()) {
+    const auto inset = du::DynamicCast<zrannotations::Inset>(annotation);
+    if (auto subset = inset ? inset->GetSubsetScene() : nullptr) scenes.push_back(std::move(subset));
+  }
+  return scenes;
+}
+
+ShapePresenceStep::Shapes CollectCopies(const ShapeScene& subset, const ShapePresenceStep::Shapes& shapes) {
+  ShapePresenceStep::Shapes copies;
+  for (const auto& shape : shapes) {
+    for (auto& copy : subset.GetShapeInstances(shape->GetInstance())) {
+      if (copy->GetShape() == shape->GetShape()) copies.push_back(std::move(copy));
+    }
+  }
+  return copies;
+}
+
+/// The shapes below the instance, then what insets show of them.
+ShapePresenceStep::Shapes CollectWithCopies(const ScenePtr& scene, const PartPtr& instance) {
+  auto all = SceneEdit::GetShapeInstances(scene, instance);
+  if (all.empty()) return all;
+  const ShapePresenceStep::Shapes shapes = all;
+  for (const auto& subset : GetSubsetScenes(scene)) {
+    const auto copies = CollectCopies(*subset, shapes);
+    all.insert(all.end(), copies.begin(), copies.end());
+  }
+  return all;
+}
+
+/// Whether the leader ends on one of the instances, or on an assembly that is one of the parts.
+bool EndsOn(const zrannotations::CalloutLeader& leader, const std::set<const zrk::Instance*>& instances) {
+  const auto part = leader.GetSbomInstance();
+  const auto shape = leader.GetShapeInstance();
+  const auto instance =
+      leader.IsAssemblyLeader() ? (part ? part->GetEbomInstance() : nullptr) : (shape ? shape->GetInstance() : nullptr);
+  return instance && instances.count(instance.Get()) != 0;
+}
+
+// Callouts of items went with the items; the others would stay behind without anything to point at. A text may stand
+// alone. A callout that keeps a leader keeps the lost one too, undrawn: its part may come back.
+void DeleteCalloutsOn(const ScenePtr& scene, const Parts& parts, const OperationPtr& operation) {
+  const auto set = scene->GetAnnoSet();
+  if (!set) return;
+  const auto instances = GetDesignInstances(parts);
+  for (const auto& annotation : set->GetAnnotations()) {
+    const auto callout = du::DynamicCast<zrannotations::Callout>(annotation);
+    if (!callout || callout->GetType() == zrannotations::Callout::TextType) continue;
+    const auto leaders = callout->GetLeaders();
+    const bool losesAll = !leaders.empty() && std::all_of(leaders.begin(), leaders.end(), [&](const auto& leader) {
+      return EndsOn(*leader, instances);
+    });
+    if (losesAll) zrannotations::AnnotationEdit::DeleteCallout(scene, callout, operation);
+  }
+}
+
 bool Place(const ScenePtr& scene, Changes changes, const OperationPtr& operation) {
   if (changes.empty()) return false;
   const CurrentOperation current(operation);
@@ -117,7 +182,7 @@ bool SceneEdit::MoveInstance(const ScenePtr& scene, const PartPtr& instance, con
   const bool moves = displacement.x != 0 || displacement.y != 0 || displacement.z != 0;
   if (!moves) return false;
   Changes changes;
-  for (const auto& shape : GetShapeInstances(scene, instance)) {
+  for (const auto& shape : CollectWithCopies(scene, instance)) {
     const ShapePlacementStep::State before{shape->GetLocation(), shape->IsVisible()};
     ShapePlacementStep::State after = before;
     const dg::DPoint3D at = before.location.GetPos();
@@ -130,7 +195,7 @@ bool SceneEdit::MoveInstance(const ScenePtr& scene, const PartPtr& instance, con
 bool SceneEdit::SetInstanceVisible(const ScenePtr& scene, const PartPtr& instance, bool visible,
                                    const OperationPtr& operation) {
   Changes changes;
-  for (const auto& shape : GetShapeInstances(scene, instance)) {
+  for (const auto& shape : CollectWithCopies(scene, instance)) {
     if (shape->IsVisible() == visible) continue;
     changes.push_back({shape, {shape->GetLocation(), !visible}, {shape->GetLocation(), visible}});
   }
@@ -146,7 +211,12 @@ bool SceneEdit::RemoveInstance(const ScenePtr& scene, const PartPtr& instance, c
     zrannotations::AnnotationEdit::RemoveSymbol(scene, symbol, operation);
   }
   LeaveItems(scene, parts, operation);
+  DeleteCalloutsOn(scene, parts, operation);
   const auto shapes = CollectShapes(scene, parts);
+  for (const auto& subset : GetSubsetScenes(scene)) {
+    const auto copies = CollectCopies(*subset, shapes);
+    if (!copies.empty()) ShapePresenceStep::Remove(subset, copies, operation);
+  }
   if (!shapes.empty()) ShapePresenceStep::Remove(scene, shapes, operation);
   const auto step = MakeObject<InstanceRemovalStep>(tree, instance);
   if (operation) operation->AddStep(step);

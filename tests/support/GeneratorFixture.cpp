@@ -1,4 +1,4 @@
-#include "generator/GeneratorFixture.h"
+#include "support/GeneratorFixture.h"
 
 #include <zrannotations/CalloutTemplates.h>
 #include <zrk/MakeObject.h>

@@ -1,0 +1,72 @@
+#pragma once
+// A scene seen along z by a parallel camera, and a service that keeps picks until the test answers them.
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include <dg/FMat33.h>
+#include <dg/Location.h>
+#include <zrk/MakeObject.h>
+#include <zrk/PickEvent.h>
+#include <zrk/PickService.h>
+
+#include "support/SceneFixture.h"
+
+namespace zrtest {
+
+using PickPtr = du::SmartPtr<zrk::PickEvent>;
+
+/// Takes every pick and answers none. [any-thread]
+class HeldPicks final : public zrk::PickService {
+public:
+  void RequestPick(const PickPtr& event) override {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    events_.push_back(event);
+  }
+  [[nodiscard]] std::vector<PickPtr> Take() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::exchange(events_, {});
+  }
+
+private:
+  std::mutex mutex_;
+  std::vector<PickPtr> events_;
+};
+
+inline dg::DPoint3D PositionOf(const zrk::ShapeInstance& shape) {
+  return shape.GetLocation().GetPos();
+}
+
+/// An answer that shows the shape, deepest `above` its position.
+inline zrk::PickAnswer SeenAnswer(const zrk::ShapeInstance& shape, double above) {
+  zrk::PickAnswer answer;
+  answer.isVisible = true;
+  answer.clearance = 1;
+  answer.deepest = PositionOf(shape);
+  answer.deepest.z += above;
+  return answer;
+}
+
+class PickFixture : public SceneFixture {
+protected:
+  explicit PickFixture(const SceneOptions& options = {}) : SceneFixture(options) { LookAlong({0, 0, -1}); }
+
+  /// 10 pixels a unit, the origin in the middle of a window of 400 x 400.
+  void LookAlong(const dg::DVec3& direction) const {
+    dg::Camera3D camera;
+    camera.SetParallel({0, 0, 0}, direction, {0, 1, 0}, 10, 400, 400);
+    view_->SetCamera(camera);
+    view_->SetWindowSize(400, 400);
+  }
+  [[nodiscard]] du::SmartPtr<HeldPicks> HoldPicks() const {
+    auto picks = zrk::MakeObject<HeldPicks>();
+    view_->SetPickService(picks);
+    return picks;
+  }
+  static void Move(const Part& part, const dg::DPoint3D& to) {
+    part.shape->SetLocation(dg::Location(dg::FMat33::IDENTITY, to));
+  }
+};
+
+}  // namespace zrtest
