@@ -8,6 +8,7 @@
 #include "commands/FigureMaker.h"
 #include "commands/OutputFiles.h"
 #include "drawing/FigureExport.h"
+#include "drawing/HtmlWriter.h"
 #include "drawing/SvgWriter.h"
 
 namespace zrfigure {
@@ -26,7 +27,13 @@ void CheckOutputs(const Options& options) {
   }
 }
 
-void AddFigure(const std::string& figure, const std::vector<std::string>& pages, OutputFiles& outputs) {
+void AddFigure(const std::string& figure, const std::vector<Figure>& figurePages, OutputFiles& outputs) {
+  if (LowerExtension(figure) == ".html") {
+    outputs.Add(figure, WriteHtml(figurePages));
+    return;
+  }
+  std::vector<std::string> pages;
+  for (const Figure& page : figurePages) pages.push_back(WriteSvg(page));
   FigureFormat format = FigureFormat::Svg;
   std::string error;
   if (!FormatOfPath(figure, format, error)) throw CommandFailure{error};
@@ -43,10 +50,8 @@ void AddFigure(const std::string& figure, const std::vector<std::string>& pages,
 
 void WriteOutputs(const Options& options, FigureDocument& document) {
   const auto begin = std::chrono::steady_clock::now();
-  std::vector<std::string> pages;
-  for (const Figure& page : document.pages) pages.push_back(WriteSvg(page));
   OutputFiles outputs;
-  AddFigure(options.figure, pages, outputs);
+  AddFigure(options.figure, document.pages, outputs);
   if (!options.parts.empty()) {
     const bool json = LowerExtension(options.parts) == ".json";
     outputs.Add(options.parts, json ? PartsListToJson(document.list) : PartsListToCsv(document.list));

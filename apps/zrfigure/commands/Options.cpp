@@ -51,7 +51,7 @@ struct RawOptions {
 
 void DefineFiles(CLI::App& app, RawOptions& raw) {
   app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->type_name(" ")->group("Files");
-  app.add_option("-o,--output", raw.figure, "Figure to write: .svg .pdf .png (default: the model's name with .svg)")
+  app.add_option("-o,--output", raw.figure, "Figure to write: .svg .pdf .png .html (default: the model's name with .svg)")
       ->type_name("FILE")
       ->group("Files");
   app.add_option("--parts", raw.parts, "Parts list to write: .csv .json")->type_name("FILE")->group("Files");
@@ -272,7 +272,7 @@ Options Convert(const RawOptions& raw, bool check) {
   options.model = raw.model;
   options.figure = raw.figure;
   if (raw.figure.empty()) options.figure = std::filesystem::path(raw.model).filename().stem().string() + ".svg";
-  RequireExtension("--output", options.figure, {".svg", ".pdf", ".png"});
+  RequireExtension("--output", options.figure, {".svg", ".pdf", ".png", ".html"});
   if (!raw.parts.empty()) RequireExtension("--parts", raw.parts, {".csv", ".json"});
   options.parts = raw.parts;
   options.directions = ConvertViews(raw.views);
