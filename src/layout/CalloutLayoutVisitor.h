@@ -15,7 +15,7 @@ namespace zrcallouts {
 
 /// Visits the members of an annotation set; callouts that are to be laid out themselves are left out.
 class CalloutLayoutVisitor final : public zrk::AnnoSetVisitor {
- public:
+public:
   using CalloutSet = std::set<du::SmartPtr<zrannotations::Callout>>;
   using BoxOfLabel = std::function<placement::Box(const du::SmartPtr<zrannotations::Callout>&)>;
 
@@ -26,7 +26,7 @@ class CalloutLayoutVisitor final : public zrk::AnnoSetVisitor {
 
   [[nodiscard]] const std::vector<placement::Box>& GetBoxes() const { return boxes_; }
 
- private:
+private:
   const CalloutSet& toBePlaced_;
   BoxOfLabel boxOfLabel_;
   std::vector<placement::Box> boxes_;

@@ -6,6 +6,7 @@
 #include <dg/DBox.h>
 #include <dg/DBox2D.h>
 #include <dg/Location.h>
+#include <du/Tracer.h>
 #include <zrannotations/Callout.h>
 #include <zrannotations/CalloutLeader.h>
 #include <zrk/AnnoSet.h>
@@ -27,7 +28,9 @@ namespace {
 constexpr int kMeasureInPixels = 2;
 constexpr int kLabelBoxFlags = 24;
 
-placement::Box ToBox(const dg::DBox2D& box) { return {box.min.x, box.min.y, box.max.x, box.max.y}; }
+placement::Box ToBox(const dg::DBox2D& box) {
+  return {box.min.x, box.min.y, box.max.x, box.max.y};
+}
 
 dg::DPoint3D Corner(const dg::DBox& box, unsigned index) {
   return {index & 1 ? box.max.x : box.min.x, index & 2 ? box.max.y : box.min.y, index & 4 ? box.max.z : box.min.z};
@@ -40,6 +43,16 @@ void Extend(dg::DBox2D& box, const dg::DPoint3D& point) {
   }
   box.min = {std::min(box.min.x, point.x), std::min(box.min.y, point.y)};
   box.max = {std::max(box.max.x, point.x), std::max(box.max.y, point.y)};
+}
+
+// A page too small for its labels is no error, but whoever looks for the reason of a crowded figure finds it here.
+void TraceFaults(const placement::PlacementResult& result) {
+  if (result.status == placement::PlacementStatus::Complete) return;
+  constexpr int kTraceLevel = 2;
+  du::Tracer::Trace(kTraceLevel, "zrcallouts", "CalloutGenerator",
+                    "Layout: %d unplaced, %d crossings, %d overlaps, %d leaders through labels, %d over the model",
+                    result.unplaced, result.leaderCrossings, result.labelOverlaps, result.leadersThroughLabels,
+                    result.labelsOverModel);
 }
 
 }  // namespace
@@ -57,6 +70,7 @@ void Layout::Place(const CalloutSet& callouts) {
   if (!usable_ || callouts.empty()) return;
   const auto request = MakeRequest(callouts);
   const auto result = placement::PlaceLabels(request);
+  TraceFaults(result);
   std::size_t index = 0;
   for (const auto& callout : callouts) Apply(callout, result.labels[index++]);
 }

@@ -23,18 +23,18 @@ namespace zrcallouts {
 
 class Callouts;
 
-/// Feeds the placement algorithm from the view (page, projected model, labels that stand already, label sizes, anchors of
-/// shown leaders) and writes its answer back: label positions in the labels' own frames, leader routes in model space.
-/// Works in the view's pixels. Needs a camera that can be inverted; otherwise nothing is moved.
+/// Feeds the placement algorithm from the view (page, projected model, labels that stand already, label sizes, anchors
+/// of shown leaders) and writes its answer back: label positions in the labels' own frames, leader routes in model
+/// space. Works in the view's pixels. Needs a camera that can be inverted; otherwise nothing is moved.
 class Layout final {
- public:
+public:
   using CalloutSet = std::set<du::SmartPtr<zrannotations::Callout>>;
 
   Layout(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<Callouts>& engine);
 
   void Place(const CalloutSet& callouts);
 
- private:
+private:
   [[nodiscard]] placement::Box ModelBox() const;
   [[nodiscard]] placement::Box LabelBox(const du::SmartPtr<zrannotations::Callout>& callout);
   [[nodiscard]] placement::PlacementRequest MakeRequest(const CalloutSet& callouts);
