@@ -23,8 +23,9 @@ struct Placement {
 using Polyline = std::vector<std::array<float, 3>>;
 
 /// Triangles of one part in part coordinates. Positions are split where the surface has a sharp edge, so that `normals`
-/// (one a position, unit length, outward) are smooth inside a face region. `sharpEdges` are the edges that a drawing shows
-/// from every side: borders, and edges where the surface is not tangent-continuous. Seams and tangent edges are not in it.
+/// (one a position, unit length, outward) are smooth inside a face region. `sharpEdges` are the edges that a drawing
+/// shows from every side: borders, and edges where the surface is not tangent-continuous. Seams and tangent edges are
+/// not in it.
 struct Mesh {
   std::vector<std::array<float, 3>> positions;
   std::vector<std::array<float, 3>> normals;
@@ -34,7 +35,7 @@ struct Mesh {
 
 /// A part or assembly definition; occurrences share it.
 struct Product {
-  std::string name;                               ///< As in the file, less technical decoration; never empty.
+  std::string name;  ///< As in the file, less technical decoration; never empty.
   bool isAssembly = false;
   std::map<std::string, std::string> properties;  ///< User-defined properties of the file, e.g. "material", "weldment".
   Mesh mesh;                                      ///< Empty for assemblies.
@@ -42,17 +43,17 @@ struct Product {
 
 /// A node of the assembly tree. Node 0 is the root; parents come before children; children stand in file order.
 struct Occurrence {
-  int parent = -1;      ///< Index of the parent node; -1 at the root.
-  int product = -1;     ///< Index into Model::products.
-  std::string name;     ///< Instance name as in the file; the product's name when the file gives none.
-  Placement toWorld;    ///< Part coordinates to world, all levels composed.
+  int parent = -1;    ///< Index of the parent node; -1 at the root.
+  int product = -1;   ///< Index into Model::products.
+  std::string name;   ///< Instance name as in the file; the product's name when the file gives none.
+  Placement toWorld;  ///< Part coordinates to world, all levels composed.
 };
 
 struct Model {
-  std::string sourceName;                 ///< File name without folders.
+  std::string sourceName;  ///< File name without folders.
   std::vector<Product> products;
   std::vector<Occurrence> occurrences;
-  std::vector<std::string> warnings;      ///< What was skipped or repaired, one line each.
+  std::vector<std::string> warnings;  ///< What was skipped or repaired, one line each.
 };
 
 }  // namespace zrfigure

@@ -82,25 +82,28 @@ public:
                                      std::array<dg::DPoint2D, 2>& result);
 
 private:
-  struct Move;
+  struct Label;
+  using Labels = std::vector<Label>;
 
-  bool CollectData(const std::vector<dg::DPoint3D>& points);
+  bool CollectData(const std::vector<dg::DPoint3D>& points, Labels& labels);
   bool CollectAxis(const std::vector<dg::DPoint3D>& points);
   void CollectPage();
-  void SortAlongPrimary();
+  [[nodiscard]] Labels CollectLabels() const;
+  void SortAlongPrimary(Labels& labels);
   [[nodiscard]] dg::DPoint3D PixelPosition(const du::SmartPtr<zrannotations::Callout>& callout) const;
   void Classify();
   [[nodiscard]] dg::DPoint3D NewPosition(const dg::DPoint3D& position,
                                          const du::SmartPtr<zrannotations::Callout>& callout, bool isFirst);
   [[nodiscard]] dg::DPoint3D OntoSlantedLine(const dg::DPoint3D& position,
                                              const du::SmartPtr<zrannotations::Callout>& callout);
-  void Distribute(std::vector<Move>& moves, const dg::DMat44& pixelToObject);
+  void Distribute(Labels& labels, const dg::DMat44& pixelToObject);
   dg::DPoint3D DistributeDiagonal(std::size_t index, const dg::DPoint3D& position, const dg::DPoint2D& start,
                                   const dg::DPoint2D& end);
   dg::DPoint3D DistributeHorizOrVert(std::size_t index, const dg::DPoint3D& position, bool horizontal);
   bool GetStartEndPointsOnBoundary(const dg::DPoint3D& point, const dg::DVec3& direction,
                                    const du::SmartPtr<zrannotations::Callout>& callout,
                                    std::array<dg::DPoint2D, 2>& result);
+  void Place(const du::SmartPtr<zrannotations::Callout>& callout, const dg::DPoint3D& position) const;
   void SetPosition(du::SmartPtr<zrannotations::Callout> callout, dg::DPoint3D& from, dg::DPoint3D& to,
                    dg::DMat44& transform);
 

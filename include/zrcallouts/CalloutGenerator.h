@@ -141,6 +141,14 @@ private:
   };
   using Candidates = std::vector<Candidate>;
 
+  // The instances of every category of a run's mode.
+  struct RunSets {
+    std::map<const zrk::ComponentNode*, InstanceSet> ofComponent;
+    std::map<du::Symbol, InstanceSet> ofText;
+    std::map<std::uint32_t, InstanceSet> ofItem;
+    InstanceSet none;  // of a category that no instance belongs to
+  };
+
   class PassProgress;
 
   static du::SmartPtr<zrk::ReadWriteLock> GetRWLock();
@@ -156,15 +164,15 @@ private:
   [[nodiscard]] du::SmartPtr<zrk::Property> CategoryPropertyOf(const SbomInstancePtr& instance) const;
   const Candidates& CandidatesOf(const SbomInstancePtr& instance);
   void CollectCandidates(const SbomInstancePtr& instance, Candidates& candidates) const;
-  [[nodiscard]] bool IsInCurrentCategory(const Candidate& candidate) const;
+  void SortInto(RunSets& runSets, const Candidates& candidates) const;
+  [[nodiscard]] RunSets RunSetsOf(const Selection& selection);
+  [[nodiscard]] const InstanceSet& CurrentRunSet(const RunSets& runSets) const;
   void CountItems(const SbomInstancePtr& instance, const EngineeringSet& engineering,
                   const du::SmartPtr<zrk::Operation>& operation);
 
-  [[nodiscard]] std::vector<const Candidates*> CandidatesOfSelection(const Selection& selection);
   bool InitializeByItem(const Selection& selection, const du::SmartPtr<zrk::Operation>& operation);
   template <class Body>
   bool ForEachPass(const Selection& selection, PassProgress progress, const Body& body);
-  void FillRunSet(const std::vector<const Candidates*>& selected, PassProgress& progress, InstanceSet& runSet) const;
 
   [[nodiscard]] du::SmartPtr<zrannotations::Callout> MakeCallout(const LeaderTarget& target) const;
   void AssignSymbolId(const du::SmartPtr<zrannotations::Callout>& callout, const AnnotationVisitor& symbols) const;

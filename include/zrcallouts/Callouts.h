@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -53,6 +54,7 @@ class AnnoSetTableObserver;
 class EngineLink;
 class GenerationScope;
 class InsetObserver;
+class ItemIndex;
 class ItemsListObserver;
 class OrreryAppObserver;
 class TreeObserver;
@@ -278,6 +280,7 @@ private:
   void _RemoveLeaderFromMap(const du::SmartPtr<zrannotations::Callout>& callout, unsigned leader);
 
   [[nodiscard]] CalloutSet CopyOfCallouts() const;
+  [[nodiscard]] std::vector<du::SmartPtr<zrannotations::Callout>> CopyOfCarriers(std::uint32_t itemId) const;
   [[nodiscard]] du::SmartPtr<zritemlist::ItemList> HeldItemList() const;
   [[nodiscard]] CalloutSet CopyOfCalloutsAt(const std::string& id) const;
   [[nodiscard]] bool IsRegistered(const du::SmartPtr<zrannotations::Callout>& callout) const;
@@ -316,7 +319,8 @@ private:
   std::uint32_t generations_ = 0;             // automatic runs and item additions of generators under way
   std::atomic<std::uint64_t> evaluation_{0};  // of hidden parts; answers to an earlier one no longer count
   mutable dp::Mutex answerMutex_;  // one answer at a time; taken inside the engine lock, nothing is called with it held
-  du::SmartPtr<EngineLink> link_;  // what template observers hold instead of the engine; cut by Destroy
+  const std::unique_ptr<ItemIndex> itemIndex_;  // of callouts_, which changes along with it
+  du::SmartPtr<EngineLink> link_;               // what template observers hold instead of the engine; cut by Destroy
 };
 
 }  // namespace zrcallouts

@@ -58,13 +58,14 @@ std::array<dg::DVec2, 3> ProjectAxes(const dg::DMat44& objectToPixel) {
 dg::DMat44 Align::m_ObjToPx = dg::DMat44::IDENTITY;
 int Align::m_idx = 0;
 
-// A label's way, in model space, with the transform that takes it into the label's own frame.
-struct Align::Move {
+// An annotation of the command and its way. Without a callout it is none that could be moved.
+struct Align::Label {
+  du::SmartPtr<zrannotations::Annotation> annotation;
   du::SmartPtr<Callout> callout;
-  dg::DPoint3D from;
-  dg::DPoint3D to;
-  dg::DMat44 toFrame;
-  dg::DPoint3D pixel;  // `to` on screen, for the distribution
+  dg::DPoint3D pixel;   // where it is on screen; for the distribution, where `to` is
+  dg::DMat44 toFrame;   // from model space into the label's own frame
+  dg::DPoint3D from{};  // in model space, like `to`
+  dg::DPoint3D to{};
 };
 
 Align::Align(Annotations& annotations, Align_Mode mode, du::SmartPtr<zrk::ShapeView> view)
@@ -132,22 +133,36 @@ dg::DPoint3D Align::PixelPosition(const du::SmartPtr<Callout>& callout) const {
                                                      : callout->GetMarkupLabelPosition() * m_ObjToPx;
 }
 
-bool Align::CollectData(const std::vector<dg::DPoint3D>& points) {
+// Every label is asked once, for its place and for its frame while its part is at hand: nothing moves before the last
+// one has answered.
+Align::Labels Align::CollectLabels() const {
+  Labels labels;
+  labels.reserve(annotations_.size());
+  for (const auto& annotation : annotations_) {
+    const auto callout = du::DynamicCast<Callout>(annotation);
+    const dg::DPoint3D pixel = callout ? PixelPosition(callout) : dg::DPoint3D();
+    labels.push_back({annotation, callout, pixel, ModelToLabelFrame(callout)});
+  }
+  return labels;
+}
+
+bool Align::CollectData(const std::vector<dg::DPoint3D>& points, Labels& labels) {
   if (!view_) return false;
   m_ObjToPx = view_->GetCamera().GetObjectToPixel();
   m_idx = 0;
   if (alignment::IsSpreadMode(mode_)) {
     if (mode_ == SpreadY) m_idx = 1;
-    if (annotations_.size() >= 2) SortAlongPrimary();
+    labels = CollectLabels();
+    if (annotations_.size() >= 2) SortAlongPrimary(labels);
   } else {
     if (mode_ == MinY || mode_ == MaxY || mode_ == CenterY) m_idx = 1;
     if (annotations_.size() < 2) return false;
     CollectPage();
+    labels = CollectLabels();
   }
-  for (std::size_t i = 0; i < annotations_.size(); ++i) {
-    const auto callout = du::DynamicCast<Callout>(annotations_[i]);
-    if (!callout) continue;
-    const dg::DPoint3D position = PixelPosition(callout);
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    if (!labels[i].callout) continue;
+    const dg::DPoint3D& position = labels[i].pixel;
     if (!pageBox_.IsEmpty() && !labelsOutsidePage_) labelsOutsidePage_ = !pageBox_.Contains(Flat(position), 0.0);
     if (i == 0) {
       alignment::StartRange(range_, position[m_idx], position[1 - m_idx]);
@@ -179,37 +194,42 @@ void Align::CollectPage() {
   pageScale_ = scale;
 }
 
-// One matrix product a label; whatever is no label, or has no place on screen, comes last.
-void Align::SortAlongPrimary() {
-  std::vector<std::pair<double, du::SmartPtr<zrannotations::Annotation>>> keyed;
-  keyed.reserve(annotations_.size());
-  for (const auto& annotation : annotations_) {
-    const auto callout = du::DynamicCast<Callout>(annotation);
-    const double key = callout ? PixelPosition(callout)[m_idx] : std::numeric_limits<double>::infinity();
-    keyed.emplace_back(std::isnan(key) ? std::numeric_limits<double>::infinity() : key, annotation);
+// Whatever is no label, or has no place on screen, comes last. Equal places keep their order by their numbers.
+void Align::SortAlongPrimary(Labels& labels) {
+  std::vector<std::pair<double, std::size_t>> order;
+  order.reserve(labels.size());
+  for (const Label& label : labels) {
+    const double place = label.pixel[m_idx];
+    const bool last = !label.callout || std::isnan(place);
+    order.emplace_back(last ? std::numeric_limits<double>::infinity() : place, order.size());
   }
-  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  std::transform(keyed.begin(), keyed.end(), annotations_.begin(), [](auto& entry) { return std::move(entry.second); });
+  std::sort(order.begin(), order.end());
+  Labels sorted;
+  sorted.reserve(labels.size());
+  for (const auto& [place, index] : order) {
+    annotations_[sorted.size()] = labels[index].annotation;
+    sorted.push_back(std::move(labels[index]));
+  }
+  labels.swap(sorted);
 }
 
 bool Align::Execute(const std::vector<dg::DPoint3D>& points) {
   slanted_ = false;
-  if (!CollectData(points)) return false;
+  Labels labels;
+  if (!CollectData(points, labels)) return false;
   dg::DMat44 pixelToObject = m_ObjToPx;
   pixelToObject.Invert();
-  std::vector<Move> moves;
-  for (std::size_t i = 0; i < annotations_.size(); ++i) {
-    const auto callout = du::DynamicCast<Callout>(annotations_[i]);
-    if (!callout) continue;
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    Label& label = labels[i];
+    if (!label.callout) continue;
     // Only the very first element classifies the line: when it is no callout, an axis mode moves nothing in this run.
     if (i == 0) Classify();
-    const dg::DPoint3D position = PixelPosition(callout);
-    const dg::DPoint3D target = NewPosition(position, callout, i == 0);
-    moves.push_back(
-        {callout, position * pixelToObject, target * pixelToObject, ModelToLabelFrame(callout), dg::DPoint3D()});
+    label.from = label.pixel * pixelToObject;
+    label.to = NewPosition(label.pixel, label.callout, i == 0) * pixelToObject;
   }
-  Distribute(moves, pixelToObject);
-  for (Move& move : moves) SetPosition(move.callout, move.from, move.to, move.toFrame);
+  std::erase_if(labels, [](const Label& label) { return !label.callout; });
+  Distribute(labels, pixelToObject);
+  for (Label& label : labels) SetPosition(label.callout, label.from, label.to, label.toFrame);
   if (operation_) zrk::RecordOperation(operation_);
   return true;
 }
@@ -255,19 +275,19 @@ dg::DPoint3D Align::OntoSlantedLine(const dg::DPoint3D& position, const du::Smar
 }
 
 // The number of places is that of all annotations, also of those that are no callouts.
-void Align::Distribute(std::vector<Move>& moves, const dg::DMat44& pixelToObject) {
-  if (!distribute_ || annotations_.size() < 2 || moves.empty()) return;
-  for (Move& move : moves) move.pixel = move.to * m_ObjToPx;
+void Align::Distribute(Labels& labels, const dg::DMat44& pixelToObject) {
+  if (!distribute_ || annotations_.size() < 2 || labels.empty()) return;
+  for (Label& label : labels) label.pixel = label.to * m_ObjToPx;
   const int other = 1 - m_idx;
-  std::stable_sort(moves.begin(), moves.end(), [&](const Move& a, const Move& b) {
+  std::stable_sort(labels.begin(), labels.end(), [&](const Label& a, const Label& b) {
     return slanted_ ? alignment::ComesBefore(Flat(a.pixel), Flat(b.pixel)) : a.pixel[other] < b.pixel[other];
   });
-  const dg::DPoint2D start = Flat(moves.front().pixel);
-  const dg::DPoint2D end = Flat(moves.back().pixel);
-  for (std::size_t k = 0; k < moves.size(); ++k) {
-    const dg::DPoint3D place = slanted_ ? DistributeDiagonal(k, moves[k].pixel, start, end)
-                                        : DistributeHorizOrVert(k, moves[k].pixel, m_idx == 1);
-    moves[k].to = place * pixelToObject;
+  const dg::DPoint2D start = Flat(labels.front().pixel);
+  const dg::DPoint2D end = Flat(labels.back().pixel);
+  for (std::size_t k = 0; k < labels.size(); ++k) {
+    const dg::DPoint3D place = slanted_ ? DistributeDiagonal(k, labels[k].pixel, start, end)
+                                        : DistributeHorizOrVert(k, labels[k].pixel, m_idx == 1);
+    labels[k].to = place * pixelToObject;
   }
 }
 
@@ -303,22 +323,28 @@ bool Align::GetStartEndPointsOnBoundary(const dg::DPoint3D& point, const dg::DVe
   return FindIntersectionPoints(Flat(point), {direction.x, direction.y}, box, result);
 }
 
+void Align::Place(const du::SmartPtr<Callout>& callout, const dg::DPoint3D& position) const {
+  const bool relative = hostlayer::IsLabelRelativeToScreen(callout);
+  callout->SetLabelPosition(position);
+  if (relative) callout->SetLabelScreenSpaceMode(view_);
+}
+
 void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::DPoint3D& to, dg::DMat44& transform) {
   const bool free = hostlayer::IsLabelFreeInModelSpace(callout);
+  // A label that stands free in model space is moved by its step alone, so without an operation it stays.
+  if (!operation_) {
+    if (!free) Place(callout, to * transform);
+    return;
+  }
   const auto handPlacementTo = hostlayer::RememberPlacement(callout);
   dg::Location fromLocation(dg::FMat33::IDENTITY, free ? from : from * transform);
   dg::Location toLocation(dg::FMat33::IDENTITY, free ? to : to * transform);
   if (!free) {
     const bool relative = hostlayer::IsLabelRelativeToScreen(callout);
     if (relative) fromLocation.SetPos(hostlayer::RelativeScreenPosition(callout));
-    callout->SetLabelPosition(to * transform);
-    if (relative) {
-      callout->SetLabelScreenSpaceMode(view_);
-      toLocation.SetPos(hostlayer::RelativeScreenPosition(callout));
-    }
+    Place(callout, to * transform);
+    if (relative) toLocation.SetPos(hostlayer::RelativeScreenPosition(callout));
   }
-  // A label that stands free in model space is moved by its step alone, so without an operation it stays.
-  if (!operation_) return;
   const du::SmartPtr<zrannotations::MoveOperationStep> step(
       new zrannotations::MoveOperationStep(callout, 0, fromLocation, toLocation, true));
   if (!step) return;

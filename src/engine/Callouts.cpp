@@ -20,6 +20,7 @@
 #include "engine/AnnoSetTableObserver.h"
 #include "engine/EngineLink.h"
 #include "engine/InsetObserver.h"
+#include "engine/ItemIndex.h"
 #include "engine/ItemsListObserver.h"
 #include "engine/OrreryAppObserver.h"
 #include "engine/TreeObserver.h"
@@ -31,7 +32,7 @@ using zrkapp::illustration::OrreryApp;
 
 namespace zrcallouts {
 
-Callouts::Callouts() : link_(new EngineLink(this)) {}
+Callouts::Callouts() : itemIndex_(new ItemIndex), link_(new EngineLink(this)) {}
 
 Callouts::Callouts(const du::SmartPtr<zrk::ShapeScene>& scene) : Callouts() {
   Callouts::Initialize(scene);
@@ -159,6 +160,7 @@ void Callouts::Destroy() {
   const auto pool = world ? world->GetTaskPool() : nullptr;
   if (pool) pool->InsertTask(task);
   callouts_.clear();
+  itemIndex_->Clear();
   insetTable_.clear();
   idMap_.clear();
   insetObservers_.clear();

@@ -7,6 +7,7 @@
 
 #include "engine/CalloutTemplateObserver.h"
 #include "engine/EngineLink.h"
+#include "engine/ItemIndex.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -59,6 +60,7 @@ void Callouts::AddToSet(const du::SmartPtr<Callout>& callout) {
     const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
     if (IsDestroyed()) return;
     callouts_.insert(callout);
+    itemIndex_->Insert(callout);
   }
   // Registered with the lock released, so that the host's template machinery is never entered with it held.
   if (callout->IsCustomCallout()) return;

@@ -10,6 +10,7 @@
 #include <zrk/ShapeScene.h>
 
 #include "engine/InsetObserver.h"
+#include "engine/ItemIndex.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -57,6 +58,7 @@ void Callouts::OnRemoveCallout(const du::SmartPtr<Callout>& callout) {
   callout->ReleaseCalloutTemplate();
   callout->UnregisterTemplateObserver();
   callouts_.erase(callout);
+  itemIndex_->Erase(callout);
   RemoveFromMap(callout);
   SetIndicated(callout, false);
 }

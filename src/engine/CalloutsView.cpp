@@ -74,9 +74,7 @@ void Callouts::SetIndicated(const du::SmartPtr<Callout>& callout, bool indicated
   const auto items = itemList->GetZrkItemList();
   if (!itemId || !items) return;
   if (!indicated) {
-    std::vector<du::SmartPtr<Callout>> showing;
-    GetItemIdCallouts(*itemId, showing);
-    if (!showing.empty()) return;  // another callout still shows the item
+    if (!CopyOfCarriers(*itemId).empty()) return;  // another callout still shows the item
   }
   items->SetIndicated(*itemId, indicated);
 }

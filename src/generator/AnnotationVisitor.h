@@ -1,5 +1,6 @@
 #pragma once
-// Finds the symbol annotations of a scene by the instances they stand on. Lives on the stack of one generator operation.
+// Finds the symbol annotations of a scene by the instances they stand on. Lives on the stack of one generator
+// operation.
 
 #include <map>
 
@@ -11,7 +12,7 @@ namespace zrcallouts {
 
 /// Visits the members of an annotation set; the first symbol annotation of an instance counts.
 class AnnotationVisitor final : public zrk::AnnoSetVisitor {
- public:
+public:
   AnnotationVisitor() : AnnoSetVisitor(false) {}
 
   bool Visit(const du::SmartPtr<zrk::Annotation>& annotation) override;
@@ -19,7 +20,7 @@ class AnnotationVisitor final : public zrk::AnnoSetVisitor {
   /// The id of the symbol annotation on `instance`; 0 when there is none.
   [[nodiscard]] unsigned SymbolIdOf(const du::SmartPtr<zrk::Instance>& instance) const;
 
- private:
+private:
   std::map<du::SmartPtr<zrk::Instance>, du::SmartPtr<zrk::Annotation>> symbols_;
 };
 

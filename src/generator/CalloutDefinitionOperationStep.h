@@ -14,7 +14,7 @@ class Callouts;
 
 /// Owned by its operation. Undo restores every aspect of the callout as the base step found it.
 class CalloutDefinitionOperationStep final : public zrannotations::CalloutOperationStep {
- public:
+public:
   CalloutDefinitionOperationStep(const du::SmartPtr<zrannotations::Callout>& callout,
                                  const du::SmartPtr<zrk::illustration::TAnnotation>& definition,
                                  const du::SmartPtr<Callouts>& engine);
@@ -23,7 +23,7 @@ class CalloutDefinitionOperationStep final : public zrannotations::CalloutOperat
   void Undo() override;
   void Redo() override;
 
- private:
+private:
   du::SmartPtr<zrk::illustration::TAnnotation> definition_;
   du::SmartPtr<Callouts> engine_;
 };

@@ -1,4 +1,5 @@
-// Which instances a pass works on. An instance's category is found once a run; a pass then costs a comparison an item.
+// Which instances a pass works on. They are sorted by category once a run, so that all passes together cost what the
+// selection has instances, and not categories times instances.
 #include <zritemlist/ItemList.h>
 #include <zrk/ComponentNode.h>
 #include <zrk/Instance.h>
@@ -103,43 +104,42 @@ const CalloutGenerator::Candidates& CalloutGenerator::CandidatesOf(const SbomIns
   return entry->second;
 }
 
-bool CalloutGenerator::IsInCurrentCategory(const Candidate& candidate) const {
-  if (plain_ && plainCurrent_ != plainCategories_.end()) return candidate.component == plainCurrent_->Get();
-  if (plain_ || needsProperty_) {
-    // After the components a plain run goes through the process-plan keys; parts without a key belong to none of them.
-    if (propertyCurrent_ == propertyCategories_.end() || (plain_ && candidate.text.IsEmpty())) return false;
-    return candidate.text == propertyCurrent_->first;
+// Parts without a process-plan key belong to no category of the second half of a plain run.
+void CalloutGenerator::SortInto(RunSets& runSets, const Candidates& candidates) const {
+  for (const Candidate& candidate : candidates) {
+    if (plain_) runSets.ofComponent[candidate.component].insert(candidate.instance);
+    if (plain_ ? !candidate.text.IsEmpty() : needsProperty_) runSets.ofText[candidate.text].insert(candidate.instance);
+    if (!plain_ && !needsProperty_) runSets.ofItem[candidate.itemId].insert(candidate.instance);
   }
-  return needsItemList_ && itemCurrent_ != itemCategories_.end() && candidate.itemId == *itemCurrent_;
+}
+
+CalloutGenerator::RunSets CalloutGenerator::RunSetsOf(const Selection& selection) {
+  RunSets runSets;
+  for (const auto& item : selection) {
+    if (const auto instance = RunInstanceOf(item)) SortInto(runSets, CandidatesOf(instance));
+  }
+  return runSets;
+}
+
+// After the components a plain run goes through the process-plan keys.
+const CalloutGenerator::InstanceSet& CalloutGenerator::CurrentRunSet(const RunSets& runSets) const {
+  const auto find = [&runSets](const auto& sets, const auto& key) -> const InstanceSet& {
+    const auto found = sets.find(key);
+    return found == sets.end() ? runSets.none : found->second;
+  };
+  if (plain_ && plainCurrent_ != plainCategories_.end()) return find(runSets.ofComponent, plainCurrent_->Get());
+  if (plain_ || needsProperty_) {
+    return propertyCurrent_ == propertyCategories_.end() ? runSets.none : find(runSets.ofText, propertyCurrent_->first);
+  }
+  return needsItemList_ && itemCurrent_ != itemCategories_.end() ? find(runSets.ofItem, *itemCurrent_) : runSets.none;
 }
 
 void CalloutGenerator::AddSbomInstanceToRun(const SbomInstancePtr& instance, InstanceSet& runSet) {
   if (!instance) return;
-  for (const Candidate& candidate : CandidatesOf(instance)) {
-    if (IsInCurrentCategory(candidate)) runSet.insert(candidate.instance);
-  }
-}
-
-// One entry a selected item, null where the item has no instance. The pointers stay good: map entries do not move.
-std::vector<const CalloutGenerator::Candidates*> CalloutGenerator::CandidatesOfSelection(const Selection& selection) {
-  std::vector<const Candidates*> selected;
-  selected.reserve(selection.size());
-  for (const auto& item : selection) {
-    const auto instance = RunInstanceOf(item);
-    selected.push_back(instance ? &CandidatesOf(instance) : nullptr);
-  }
-  return selected;
-}
-
-void CalloutGenerator::FillRunSet(const std::vector<const Candidates*>& selected, PassProgress& progress,
-                                  InstanceSet& runSet) const {
-  for (const Candidates* candidates : selected) {
-    progress.Visit();
-    if (!candidates) continue;
-    for (const Candidate& candidate : *candidates) {
-      if (IsInCurrentCategory(candidate)) runSet.insert(candidate.instance);
-    }
-  }
+  RunSets runSets;
+  SortInto(runSets, CandidatesOf(instance));
+  const InstanceSet& current = CurrentRunSet(runSets);
+  runSet.insert(current.begin(), current.end());
 }
 
 }  // namespace zrcallouts

@@ -16,11 +16,14 @@ public:
   explicit PassProgress(const du::SmartPtr<zrk::AsyncEvent>& event = {}, double total = 1)
       : event_(event), total_(total) {}
 
-  void Visit() {
-    if (event_ && visited_ % kInterval == 0) {
-      event_->Progress(static_cast<unsigned char>(static_cast<double>(visited_ + 1) / total_ * 100));
+  // As if the items were visited one by one.
+  void Visit(std::size_t count) {
+    const std::size_t end = visited_ + count;
+    std::size_t report = (visited_ + kInterval - 1) / kInterval * kInterval;
+    for (; event_ && report < end; report += kInterval) {
+      event_->Progress(static_cast<unsigned char>(static_cast<double>(report + 1) / total_ * 100));
     }
-    ++visited_;
+    visited_ = end;
   }
 
 private:
@@ -34,11 +37,10 @@ private:
 /// Calls `body` with the run set of each category; false as soon as `body` returns false.
 template <class Body>
 bool CalloutGenerator::ForEachPass(const Selection& selection, PassProgress progress, const Body& body) {
-  const auto selected = CandidatesOfSelection(selection);
+  const RunSets runSets = RunSetsOf(selection);
   for (std::uint32_t pass = 0; pass < variantsCount_; ++pass) {
-    InstanceSet runSet;
-    FillRunSet(selected, progress, runSet);
-    if (!body(runSet)) return false;
+    progress.Visit(selection.size());
+    if (!body(CurrentRunSet(runSets))) return false;
     NextCategory();
   }
   return true;

@@ -10,8 +10,8 @@ class SbomInstance;
 
 namespace zrcallouts {
 
-/// The key of the manufacturing operation that `instance` belongs to; empty when it belongs to none, or when the environment
-/// variable FOLIANT_DISABLE_MPM_CALLOUT_GROUPING is set. The variable is read once a process. [any-thread]
+/// The key of the manufacturing operation that `instance` belongs to; empty when it belongs to none, or when the
+/// environment variable FOLIANT_DISABLE_MPM_CALLOUT_GROUPING is set. The variable is read once a process. [any-thread]
 [[nodiscard]] du::Symbol ProcessPlanKeyOf(const du::SmartPtr<zrk::illustration::SbomInstance>& instance);
 
 }  // namespace zrcallouts

@@ -4,6 +4,7 @@
 #include <zrannotations/CalloutLeader.h>
 #include <zrannotations/CalloutSnapshot.h>
 #include <zrannotations/Inset.h>
+#include <zrannotations/ItemNumberJournal.h>
 #include <zrannotations/MoveOperationStep.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zrk/BaseInstance.h>
@@ -47,6 +48,10 @@ bool CarriesItem(const CalloutPtr& callout, std::uint32_t itemId) {
 
 void DropItemId(const CalloutPtr& callout) {
   if (callout) callout->ClearItemId();
+}
+
+bool ReadItemChanges(std::uint64_t& position, std::vector<const zrannotations::Callout*>& changed) {
+  return zrannotations::ItemNumberJournal::ReadFrom(position, changed);
 }
 
 dg::Location LabelLocation(const CalloutPtr& callout) {

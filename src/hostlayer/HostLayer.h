@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include <dg/DBox2D.h>
 #include <dg/DPoint3D.h>
@@ -53,6 +54,10 @@ using SbomInstancePtr = du::SmartPtr<zrk::illustration::SbomInstance>;
 [[nodiscard]] bool CarriesAnyItem(const CalloutPtr& callout);
 [[nodiscard]] bool CarriesItem(const CalloutPtr& callout, std::uint32_t itemId);
 void DropItemId(const CalloutPtr& callout);
+/// Appends the callouts whose own item number changed since `position`, 0 at first, which moves on. They may be gone
+/// already and are good for comparing only. False when the host cannot tell: any number may have changed. The members
+/// of compound callouts change without notice.
+[[nodiscard]] bool ReadItemChanges(std::uint64_t& position, std::vector<const zrannotations::Callout*>& changed);
 
 // Other states that the host keeps for a callout.
 [[nodiscard]] dg::Location LabelLocation(const CalloutPtr& callout);

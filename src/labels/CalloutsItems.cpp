@@ -7,6 +7,7 @@
 #include <zrk/Operation.h>
 #include <zrk/illustration/SbomInstance.h>
 
+#include "engine/ItemIndex.h"
 #include "engine/Refiling.h"
 #include "hostlayer/HostLayer.h"
 #include "leaders/UpdateItemGroupLeadersOperationStep.h"
@@ -21,9 +22,7 @@ void Callouts::OnItemContentChanged(std::uint32_t itemId,
                                     std::set<du::SmartPtr<zrk::illustration::SbomInstance>> /*added*/,
                                     std::set<du::SmartPtr<zrk::illustration::SbomInstance>> /*removed*/) {
   if (!HeldItemList()) return;
-  for (const auto& callout : CopyOfCallouts()) {
-    if (hostlayer::CarriesItem(callout, itemId)) SetCalloutText(callout);
-  }
+  for (const auto& callout : CopyOfCarriers(itemId)) SetCalloutText(callout);
 }
 
 // Each removal comes back as OnRemoveAnnotation on this thread and erases from the set walked here: hence the copies,
@@ -33,7 +32,7 @@ void Callouts::OnItemRemoved(std::uint32_t itemId, const du::SmartPtr<zrk::Opera
   const auto annoSet = GetAnnoSet();
   if (!annoSet) return;
   std::vector<du::SmartPtr<CombinedCallout>> singles;
-  for (const auto& callout : CopyOfCallouts()) {
+  for (const auto& callout : CopyOfCarriers(itemId)) {
     if (!hostlayer::CarriesItem(callout, itemId) || !IsRegistered(callout)) continue;
     const auto combined = du::DynamicCast<CombinedCallout>(callout);
     if (!combined) {
@@ -84,9 +83,13 @@ void Callouts::GetItemIdCallouts(const std::vector<std::uint32_t>& itemIds,
 
 void Callouts::GetItemIdCallouts(std::uint32_t itemId, std::vector<du::SmartPtr<Callout>>& callouts) const {
   const dp::ReadWriteLock::ReadGuard guard(GetReadWriteLock());
-  for (const auto& callout : callouts_) {
-    if (hostlayer::CarriesItem(callout, itemId)) callouts.push_back(callout);
-  }
+  itemIndex_->Find(itemId, callouts);
+}
+
+std::vector<du::SmartPtr<Callout>> Callouts::CopyOfCarriers(std::uint32_t itemId) const {
+  std::vector<du::SmartPtr<Callout>> callouts;
+  GetItemIdCallouts(itemId, callouts);
+  return callouts;
 }
 
 void Callouts::GetItemdIds(std::set<std::uint32_t>& itemIds) const {

@@ -1,7 +1,5 @@
 #include "labels/LabelWorker.h"
 
-#include <cstdio>
-
 #include <zrannotations/Callout.h>
 #include <zrannotations/CalloutLabelFileProperties.h>
 #include <zritemlist/ItemList.h>
@@ -29,10 +27,7 @@ bool ShowsName(const LabelContent& content) {
 
 std::string QuantityText(const zritemlist::ItemList& itemList, std::uint32_t itemId) {
   const auto items = itemList.GetZrkItemList();
-  if (!items) return {};
-  char digits[16];
-  std::snprintf(digits, sizeof digits, "%d", static_cast<int>(items->GetQuantity(itemId)));
-  return digits;
+  return items ? std::to_string(static_cast<int>(items->GetQuantity(itemId))) : std::string();
 }
 
 std::string TagText(const zritemlist::ItemList& itemList, std::uint32_t itemId) {
@@ -53,7 +48,7 @@ void LabelWorker::Build(const std::vector<du::SmartPtr<LabelContent>>& contents,
     if (content) Append(*content);
   }
   if (!text_.empty() && markdown_ && !source_.markdownContent) text_ = PlainTextToMarkdown(text_);
-  label = text_;
+  label.swap(text_);
 }
 
 // The first rule that applies makes the piece. Without an item number the item tokens are not special: they are looked

@@ -81,7 +81,7 @@ void Callouts::UpdateItemGroupCalloutLeaders(std::uint32_t itemId, const Instanc
     const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
     if (generations_ != 0 || (added.empty() && removed.empty()) || hostlayer::IsReplaying(GetScene())) return;
     bool changed = false;
-    for (const auto& callout : CopyOfCallouts()) {
+    for (const auto& callout : CopyOfCarriers(itemId)) {
       if (!hostlayer::CarriesItem(callout, itemId) || !IsRegistered(callout)) continue;
       const auto combined = du::DynamicCast<CombinedCallout>(callout);
       if (combined ? UpdateMembersOf(combined, change) : UpdateLeadersOf(callout, change)) changed = true;

@@ -9,7 +9,7 @@ namespace zrcallouts {
 
 /// Nestable, from any thread; an empty engine makes it do nothing.
 class GenerationScope final {
- public:
+public:
   explicit GenerationScope(const du::SmartPtr<Callouts>& engine) : engine_(engine) {
     if (engine_) engine_->BeginGeneration();
   }
@@ -19,7 +19,7 @@ class GenerationScope final {
   GenerationScope(const GenerationScope&) = delete;
   GenerationScope& operator=(const GenerationScope&) = delete;
 
- private:
+private:
   const du::SmartPtr<Callouts> engine_;
 };
 

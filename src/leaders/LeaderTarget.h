@@ -21,8 +21,9 @@ struct LeaderTarget {
   std::set<du::SmartPtr<zrk::ShapeInstance>> shapes;  ///< An assembly's.
 };
 
-/// Finds what `instance` shows in `scene`. False when it has nothing there to stand on. An assembly that carries a callout's
-/// first leader (`isFirst`) must have a valid engineering instance as a part must, although it stands on its shapes.
+/// Finds what `instance` shows in `scene`. False when it has nothing there to stand on. An assembly that carries a
+/// callout's first leader (`isFirst`) must have a valid engineering instance as a part must, although it stands on its
+/// shapes.
 [[nodiscard]] bool FindLeaderTarget(const du::SmartPtr<zrk::ShapeScene>& scene,
                                     const du::SmartPtr<zrk::illustration::SbomInstance>& instance, bool isFirst,
                                     LeaderTarget& target);

@@ -19,22 +19,16 @@ struct SegmentPair {
 };
 
 TEST(FixedGeometry, SegmentsMeetWhereTheyShareAPoint) {
-  const SegmentPair pairs[] = {
-      {"cross", {0, 0}, {10, 10}, {0, 10}, {10, 0}, true},
-      {"touch with an end", {0, 0}, {10, 0}, {5, 0}, {5, 9}, true},
-      {"share an end", {0, 0}, {10, 0}, {10, 0}, {20, 9}, true},
-      {"overlap on one line", {0, 0}, {10, 0}, {5, 0}, {15, 0}, true},
-      {"apart on one line", {0, 0}, {10, 0}, {11, 0}, {15, 0}, false},
-      {"parallel", {0, 0}, {10, 0}, {0, 1}, {10, 1}, false},
-      {"bounds overlap only", {0, 0}, {10, 10}, {6, 0}, {10, 5}, false},
-      {"one unit short of touching at the limit",
-       {-kLimit, -kLimit},
-       {kLimit, kLimit},
-       {0, 1},
-       {-kLimit, kLimit},
-       false},
-      {"touching at the limit", {-kLimit, -kLimit}, {kLimit, kLimit}, {0, 0}, {-kLimit, kLimit}, true},
-  };
+  const FixedPoint low{-kLimit, -kLimit}, high{kLimit, kLimit};
+  const SegmentPair pairs[] = {{"cross", {0, 0}, {10, 10}, {0, 10}, {10, 0}, true},
+                               {"touch with an end", {0, 0}, {10, 0}, {5, 0}, {5, 9}, true},
+                               {"share an end", {0, 0}, {10, 0}, {10, 0}, {20, 9}, true},
+                               {"overlap on one line", {0, 0}, {10, 0}, {5, 0}, {15, 0}, true},
+                               {"apart on one line", {0, 0}, {10, 0}, {11, 0}, {15, 0}, false},
+                               {"parallel", {0, 0}, {10, 0}, {0, 1}, {10, 1}, false},
+                               {"bounds overlap only", {0, 0}, {10, 10}, {6, 0}, {10, 5}, false},
+                               {"one unit short of touching at the limit", low, high, {0, 1}, {-kLimit, kLimit}, false},
+                               {"touching at the limit", low, high, {0, 0}, {-kLimit, kLimit}, true}};
   for (const SegmentPair& pair : pairs) {
     EXPECT_EQ(SegmentsMeet(pair.a, pair.b, pair.c, pair.d), pair.meet) << pair.name;
     EXPECT_EQ(SegmentsMeet(pair.d, pair.c, pair.a, pair.b), pair.meet) << pair.name << ", swapped";

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 #include <random>
+#include <tuple>
 
 namespace zrcallouts::placement {
 
@@ -49,35 +50,22 @@ TEST(IsotonicRegression, FitsAsWellAsTheBestCutIntoRuns) {
   }
 }
 
-struct Spacing {
-  const char* name;
-  SpacingTask task;
-  std::vector<double> expected;
-};
-
-void PrintTo(const Spacing& spacing, std::ostream* out) {
-  *out << spacing.name;
+TEST(IsotonicRegression, SpacedPositionsKeepGapsAndBounds) {
+  const std::tuple<const char*, SpacingTask, std::vector<double>> cases[] = {
+      {"nothing", {}, {}},
+      {"room for all", {{10, 30}, {1, 1}, {0, 5}, {0, 0}, {99, 99}}, {10, 30}},
+      {"pushed apart", {{20, 20}, {1, 1}, {0, 10}, {0, 0}, {99, 99}}, {15, 25}},
+      {"the heavier moves less", {{20, 20}, {3, 1}, {0, 10}, {0, 0}, {99, 99}}, {17.5, 27.5}},
+      {"held by the low end", {{2, 2}, {1, 1}, {0, 10}, {0, 0}, {99, 99}}, {0, 10}},
+      {"held by the high end", {{98, 98}, {1, 1}, {0, 10}, {0, 0}, {99, 99}}, {89, 99}},
+      {"bound of one holds the other", {{20, 50}, {1, 1}, {0, 10}, {0, 0}, {99, 25}}, {15, 25}},
+      {"no room", {{5, 5}, {1, 1}, {0, 10}, {0, 0}, {8, 8}}, {0, 10}}};
+  for (const auto& [name, task, expected] : cases) {
+    const std::vector<double> positions = SpacedPositions(task);
+    ASSERT_EQ(positions.size(), expected.size()) << name;
+    for (std::size_t i = 0; i < positions.size(); ++i) EXPECT_NEAR(positions[i], expected[i], 1e-9) << name;
+  }
 }
-
-class SpacedPositionsTable : public ::testing::TestWithParam<Spacing> {};
-
-TEST_P(SpacedPositionsTable, KeepGapsAndBounds) {
-  const std::vector<double> positions = SpacedPositions(GetParam().task);
-  ASSERT_EQ(positions.size(), GetParam().expected.size());
-  for (std::size_t i = 0; i < positions.size(); ++i) EXPECT_NEAR(positions[i], GetParam().expected[i], 1e-9);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    IsotonicRegression, SpacedPositionsTable,
-    ::testing::Values(Spacing{"Nothing", {}, {}},
-                      Spacing{"RoomForAll", {{10, 30}, {1, 1}, {0, 5}, {0, 0}, {99, 99}}, {10, 30}},
-                      Spacing{"PushedApart", {{20, 20}, {1, 1}, {0, 10}, {0, 0}, {99, 99}}, {15, 25}},
-                      Spacing{"TheHeavierMovesLess", {{20, 20}, {3, 1}, {0, 10}, {0, 0}, {99, 99}}, {17.5, 27.5}},
-                      Spacing{"HeldByTheLowEnd", {{2, 2}, {1, 1}, {0, 10}, {0, 0}, {99, 99}}, {0, 10}},
-                      Spacing{"HeldByTheHighEnd", {{98, 98}, {1, 1}, {0, 10}, {0, 0}, {99, 99}}, {89, 99}},
-                      Spacing{"BoundOfOneHoldsTheOther", {{20, 50}, {1, 1}, {0, 10}, {0, 0}, {99, 25}}, {15, 25}},
-                      Spacing{"NoRoom", {{5, 5}, {1, 1}, {0, 10}, {0, 0}, {8, 8}}, {0, 10}}),
-    [](const ::testing::TestParamInfo<Spacing>& param) { return param.param.name; });
 
 }  // namespace
 

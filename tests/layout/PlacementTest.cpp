@@ -15,20 +15,13 @@ using testing::RandomRequest;
 using testing::RequestShape;
 
 void ExpectHonestCounts(const PlacementRequest& request, const PlacementResult& result) {
-  const testing::BruteCounts counts = testing::CountByBruteForce(request, result);
-  EXPECT_EQ(counts.crossings, result.leaderCrossings);
-  EXPECT_EQ(counts.overlaps, result.labelOverlaps);
-  EXPECT_EQ(counts.throughLabels, result.leadersThroughLabels);
-  EXPECT_EQ(counts.overModel, result.labelsOverModel);
-  EXPECT_EQ(counts.outsidePage, result.labelsOutsidePage);
-  EXPECT_EQ(counts.overObstacle, result.labelsOverObstacle);
-  EXPECT_EQ(counts.throughObstacles, result.leadersThroughObstacles);
-  EXPECT_EQ(counts.unplaced, result.unplaced);
-  const int broken = counts.crossings + counts.overlaps + counts.throughLabels + counts.overModel + counts.outsidePage +
-                     counts.overObstacle + counts.throughObstacles;
-  EXPECT_EQ(result.status, counts.unplaced > 0 ? PlacementStatus::Incomplete
-                           : broken > 0        ? PlacementStatus::Degraded
-                                               : PlacementStatus::Complete);
+  testing::Counts counts = testing::CountByBruteForce(request, result);
+  EXPECT_EQ(counts, testing::CountsOf(result));
+  const bool isWhole = counts.unplaced == 0;
+  counts.unplaced = 0;
+  EXPECT_EQ(result.status, !isWhole                      ? PlacementStatus::Incomplete
+                           : counts == testing::Counts() ? PlacementStatus::Complete
+                                                         : PlacementStatus::Degraded);
 }
 
 bool SameLabels(const PlacedLabel& a, const PlacedLabel& b) {
@@ -51,19 +44,17 @@ void ExpectWholeLeaders(const LabelRequest& request, const PlacedLabel& label) {
   }
 }
 
-class PlacementShapes : public ::testing::TestWithParam<RequestShape> {};
-
-using RoomyRequests = PlacementShapes;
-using AllRequests = PlacementShapes;
-
-std::string ShapeName(const ::testing::TestParamInfo<RequestShape>& info) {
-  return info.param.name;
-}
-
-TEST_P(RoomyRequests, BreakNoRule) {
-  for (unsigned seed = 1; seed <= 12; ++seed) {
-    SCOPED_TRACE(seed);
-    const PlacementRequest request = RandomRequest(GetParam(), seed);
+TEST(Placement, RoomyRequestsBreakNoRule) {
+  const RequestShape shapes[] = {
+      {.name = "one label", .labels = 1},
+      {.name = "balloons", .labels = 50},
+      {.name = "two rings", .labels = 130},
+      {.name = "mixed sizes", .labels = 40, .mixedSizes = true},
+      {.name = "stacks", .labels = 90, .pageWidth = 1920, .pageHeight = 1200, .mixedSizes = true}};
+  for (unsigned run = 0; run < 12 * std::size(shapes); ++run) {
+    const RequestShape& shape = shapes[run / 12];
+    const PlacementRequest request = RandomRequest(shape, 1 + run % 12);
+    SCOPED_TRACE(shape.name + ", seed " + std::to_string(1 + run % 12));
     const PlacementResult result = PlaceLabels(request);
     EXPECT_EQ(result.status, PlacementStatus::Complete);
     ExpectHonestCounts(request, result);
@@ -76,25 +67,20 @@ TEST_P(RoomyRequests, BreakNoRule) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Placement, RoomyRequests,
-                         ::testing::Values(RequestShape{.name = "OneLabel", .labels = 1},
-                                           RequestShape{.name = "Balloons", .labels = 50},
-                                           RequestShape{.name = "TwoRings", .labels = 130},
-                                           RequestShape{.name = "MixedSizes", .labels = 40, .mixedSizes = true},
-                                           RequestShape{.name = "StacksOfMixedSizes",
-                                                        .labels = 90,
-                                                        .pageWidth = 1920,
-                                                        .pageHeight = 1200,
-                                                        .mixedSizes = true}),
-                         ShapeName);
-
-TEST_P(AllRequests, CountHonestlyAndStayTheSameInAnyOrder) {
-  for (unsigned seed = 1; seed <= 6; ++seed) {
-    SCOPED_TRACE(seed);
-    const PlacementRequest request = RandomRequest(GetParam(), seed);
+TEST(Placement, CountsHonestlyAndStaysTheSameInAnyOrder) {
+  const RequestShape shapes[] = {
+      {.name = "balloons", .labels = 60, .obstacles = 12},
+      {.name = "several leaders", .labels = 40, .mostAnchors = 3},
+      {.name = "mixed, several leaders", .labels = 25, .mixedSizes = true, .mostAnchors = 3},
+      {.name = "model fills page", .labels = 80, .fill = 0.98},
+      {.name = "mixed on full page", .labels = 30, .fill = 0.95, .mixedSizes = true},
+      {.name = "too many", .labels = 60, .pageWidth = 300, .pageHeight = 200, .mostAnchors = 2, .obstacles = 3}};
+  for (unsigned run = 0; run < 6 * std::size(shapes); ++run) {
+    const unsigned seed = 1 + run % 6;
+    const PlacementRequest request = RandomRequest(shapes[run / 6], seed);
+    SCOPED_TRACE(shapes[run / 6].name + ", seed " + std::to_string(seed));
     const PlacementResult result = PlaceLabels(request);
     ExpectHonestCounts(request, result);
-
     std::vector<std::size_t> order(request.labels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::shuffle(order.begin(), order.end(), std::mt19937(seed));
@@ -107,21 +93,7 @@ TEST_P(AllRequests, CountHonestlyAndStayTheSameInAnyOrder) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Placement, AllRequests,
-    ::testing::Values(
-        RequestShape{.name = "Balloons", .labels = 60, .obstacles = 12},
-        RequestShape{.name = "SeveralLeaders", .labels = 40, .mostAnchors = 3},
-        RequestShape{.name = "MixedSeveralLeaders", .labels = 25, .mixedSizes = true, .mostAnchors = 3},
-        RequestShape{.name = "ModelFillsPage", .labels = 80, .fill = 0.98},
-        RequestShape{.name = "MixedOnFullPage", .labels = 30, .fill = 0.95, .mixedSizes = true},
-        RequestShape{
-            .name = "FarTooMany", .labels = 60, .pageWidth = 300, .pageHeight = 200, .mostAnchors = 2, .obstacles = 3}),
-    ShapeName);
-
-TEST(Placement, StaysOffTheModelWhileThePageHasRoomAndCoversItOtherwise) {
-  const PlacementResult roomy = PlaceLabels(RandomRequest({.name = "", .labels = 100}, 1));
-  EXPECT_EQ(roomy.labelsOverModel, 0);
+TEST(Placement, CoversTheModelWhereThePageHasNoRoom) {
   const PlacementResult full = PlaceLabels(RandomRequest({.name = "", .labels = 50, .fill = 0.98}, 1));
   EXPECT_EQ(full.status, PlacementStatus::Degraded);
   EXPECT_EQ(full.labelsOverModel, 50);
@@ -148,85 +120,51 @@ TEST(Placement, EqualAnchorsAreServedInNaturalOrderOfTheirIds) {
   EXPECT_NE(first.labels[0].box, first.labels[1].box);
 }
 
-struct OddRequest {
-  std::string name;
-  PlacementRequest request;
-  PlacementStatus status;
-  int unplaced = 0;
-};
-
-void PrintTo(const OddRequest& odd, std::ostream* out) {
-  *out << odd.name;
-}
-
-class OddRequests : public ::testing::TestWithParam<OddRequest> {};
-
-TEST_P(OddRequests, GetAStatusAndCountsInsteadOfFailing) {
-  const PlacementResult result = PlaceLabels(GetParam().request);
-  EXPECT_EQ(result.labels.size(), GetParam().request.labels.size());
-  EXPECT_EQ(result.status, GetParam().status);
-  EXPECT_EQ(result.unplaced, GetParam().unplaced);
-  for (const PlacedLabel& label : result.labels)
-    for (const auto& leader : label.leaders)
-      for (const Point& point : leader) EXPECT_TRUE(std::isfinite(point.x) && std::isfinite(point.y));
-}
-
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
-const Box kPage{0, 0, 800, 600}, kModel{250, 200, 550, 400};
 
-std::vector<LabelRequest> Repeat(int count, const LabelRequest& label) {
-  return std::vector<LabelRequest>(static_cast<std::size_t>(count), label);
+/// Equal labels whose ids do not tell them apart.
+std::vector<LabelRequest> Equal(std::size_t count, double width = 30, std::vector<Point> anchors = {{400, 300}}) {
+  return std::vector<LabelRequest>(count, {"a", width, 20, std::move(anchors)});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Placement, OddRequests,
-    ::testing::Values(
-        OddRequest{"NoLabels", {kPage, kModel, {}, {}, {}}, PlacementStatus::Complete},
-        OddRequest{"NoAnchors", {kPage, kModel, {}, Repeat(5, {"a", 30, 20, {}}), {}}, PlacementStatus::Complete},
-        OddRequest{"OneSharedAnchor",
-                   {kPage, kModel, {}, Repeat(40, {"a", 30, 20, {{400, 300}}}), {}},
-                   PlacementStatus::Complete},
-        OddRequest{"AnchorsOnOneLine",
-                   {kPage,
-                    kModel,
-                    {},
-                    {{"a", 30, 20, {{300, 300}}}, {"b", 30, 20, {{400, 300}}}, {"c", 30, 20, {{500, 300}}}},
-                    {}},
-                   PlacementStatus::Complete},
-        OddRequest{"NoSize", {kPage, kModel, {}, Repeat(3, {"a", 0, 0, {{400, 300}}}), {}}, PlacementStatus::Complete},
-        OddRequest{"SizesThatAreNone",
-                   {kPage, kModel, {}, {{"a", kNan, -5, {{400, 300}}}, {"b", kInf, 20, {{300, 300}}}}, {}},
-                   PlacementStatus::Complete},
-        OddRequest{"AnchorsThatAreNone",
-                   {kPage, kModel, {}, {{"a", 30, 20, {{kNan, 1}}}, {"b", 30, 20, {{kInf, kInf}, {400, 300}}}}, {}},
-                   PlacementStatus::Complete},
-        OddRequest{
-            "AnchorOffThePage", {kPage, kModel, {}, {{"a", 30, 20, {{-900, 5000}}}}, {}}, PlacementStatus::Complete},
-        OddRequest{"LabelLargerThanPage",
-                   {kPage, kModel, {}, {{"a", 900, 20, {{400, 300}}}, {"b", 30, 20, {{400, 300}}}}, {}},
-                   PlacementStatus::Incomplete,
-                   1},
-        OddRequest{
-            "NoPage", {{}, kModel, {}, Repeat(2, {"a", 30, 20, {{400, 300}}}), {}}, PlacementStatus::Incomplete, 2},
-        OddRequest{"PageThatIsNone",
-                   {{kNan, 0, kInf, -kInf}, kModel, {}, Repeat(2, {"a", 30, 20, {{400, 300}}}), {}},
-                   PlacementStatus::Complete},
-        OddRequest{"EverythingBlocked",
-                   {kPage, kModel, {{-10, -10, 900, 700}}, Repeat(2, {"a", 30, 20, {{400, 300}}}), {}},
-                   PlacementStatus::Incomplete,
-                   2},
-        OddRequest{"ModelOfNoSize",
-                   {kPage, {400, 300, 400, 300}, {}, Repeat(9, {"a", 30, 20, {{400, 300}}}), {}},
-                   PlacementStatus::Complete},
-        OddRequest{
-            "ModelLargerThanPage",
-            {kPage, {-500, -500, 2000, 2000}, {}, {{"a", 30, 20, {{400, 300}}}, {"b", 30, 20, {{300, 200}}}}, {}},
-            PlacementStatus::Degraded},
-        OddRequest{"OptionsThatAreNone",
-                   {kPage, kModel, {}, Repeat(3, {"a", 30, 20, {{400, 300}}}), {kNan, -4, 0}},
-                   PlacementStatus::Complete}),
-    [](const ::testing::TestParamInfo<OddRequest>& param) { return param.param.name; });
+TEST(Placement, OddRequestsGetAStatusAndCountsInsteadOfFailing) {
+  using enum PlacementStatus;
+  struct OddRequest {
+    const char* name;
+    PlacementRequest request;
+    PlacementStatus status = Complete;
+    int unplaced = 0;
+  };
+  const Box page{0, 0, 800, 600}, model{250, 200, 550, 400};
+  const LabelRequest good{"b", 30, 20, {{300, 300}}}, inf{"c", 30, 20, {{kInf, kInf}, {400, 300}}};
+  const OddRequest requests[] = {
+      {"no labels", {page, model, {}, {}, {}}},
+      {"no anchors", {page, model, {}, Equal(5, 30, {}), {}}},
+      {"one shared anchor", {page, model, {}, Equal(40), {}}},
+      {"anchors on one line", {page, model, {}, {Equal(1)[0], good, {"c", 30, 20, {{500, 300}}}}, {}}},
+      {"no size", {page, model, {}, {{"a", 0, 0, {{400, 300}}}, {"b", 0, 0, {{400, 300}}}}, {}}},
+      {"sizes that are none", {page, model, {}, {{"a", kNan, -5, {{400, 300}}}, {"b", kInf, 20, {{300, 300}}}}, {}}},
+      {"anchors that are none", {page, model, {}, {{"a", 30, 20, {{kNan, 1}}}, inf}, {}}},
+      {"anchor off the page", {page, model, {}, Equal(1, 30, {{-900, 5000}}), {}}},
+      {"label larger than page", {page, model, {}, {Equal(1, 900)[0], good}, {}}, Incomplete, 1},
+      {"no page", {{}, model, {}, Equal(2), {}}, Incomplete, 2},
+      {"page that is none", {{kNan, 0, kInf, -kInf}, model, {}, Equal(2), {}}},
+      {"everything blocked", {page, model, {{-10, -10, 900, 700}}, Equal(2), {}}, Incomplete, 2},
+      {"model of no size", {page, {400, 300, 400, 300}, {}, Equal(9), {}}},
+      {"model larger than page", {page, {-500, -500, 2000, 2000}, {}, {Equal(1)[0], good}, {}}, Degraded},
+      {"options that are none", {page, model, {}, Equal(3), {kNan, -4, 0}}}};
+  for (const OddRequest& odd : requests) {
+    SCOPED_TRACE(odd.name);
+    const PlacementResult result = PlaceLabels(odd.request);
+    EXPECT_EQ(result.labels.size(), odd.request.labels.size());
+    EXPECT_EQ(result.status, odd.status);
+    EXPECT_EQ(result.unplaced, odd.unplaced);
+    for (const PlacedLabel& label : result.labels)
+      for (const auto& leader : label.leaders)
+        for (const Point& point : leader) EXPECT_TRUE(std::isfinite(point.x) && std::isfinite(point.y));
+  }
+}
 
 }  // namespace
 

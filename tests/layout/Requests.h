@@ -48,12 +48,6 @@ inline PlacementRequest RandomRequest(const RequestShape& shape, unsigned seed) 
   return request;
 }
 
-/// The counts of a result, by comparing everything with everything.
-struct BruteCounts {
-  int crossings = 0, overlaps = 0, throughLabels = 0, overModel = 0, outsidePage = 0, overObstacle = 0,
-      throughObstacles = 0, unplaced = 0;
-};
-
 namespace brute {
 
 inline double Cross(Point a, Point b, Point c) {
@@ -110,27 +104,39 @@ inline bool Enters(const PlacedLabel& label, const Box& box) {
 
 }  // namespace brute
 
-inline BruteCounts CountByBruteForce(const PlacementRequest& request, const PlacementResult& result) {
-  BruteCounts counts;
+/// What a result says about itself, or ought to say, in the order of the fields of PlacementResult.
+struct Counts {
+  int crossings = 0, overlaps = 0, throughLabels = 0, overModel = 0, outsidePage = 0, overObstacle = 0,
+      throughObstacles = 0, unplaced = 0;
+  bool operator==(const Counts&) const = default;
+};
+
+inline Counts CountsOf(const PlacementResult& r) {
+  return {r.leaderCrossings,   r.labelOverlaps,      r.leadersThroughLabels,    r.labelsOverModel,
+          r.labelsOutsidePage, r.labelsOverObstacle, r.leadersThroughObstacles, r.unplaced};
+}
+
+/// Compares everything with everything.
+inline Counts CountByBruteForce(const PlacementRequest& request, const PlacementResult& result) {
+  Counts counts;
   for (std::size_t i = 0; i < result.labels.size(); ++i) {
     const PlacedLabel& label = result.labels[i];
-    if (!label.placed) {
-      ++counts.unplaced;
-      continue;
-    }
-    counts.overModel += brute::Overlap(label.box, request.model);
-    counts.outsidePage += label.box.left < request.page.left || label.box.top < request.page.top ||
-                          label.box.right > request.page.right || label.box.bottom > request.page.bottom;
+    counts.unplaced += !label.placed;
+    if (!label.placed) continue;
+    const Box &box = label.box, &page = request.page;
+    counts.overModel += brute::Overlap(box, request.model);
+    counts.outsidePage +=
+        box.left < page.left || box.top < page.top || box.right > page.right || box.bottom > page.bottom;
     for (const Box& obstacle : request.obstacles) {
-      counts.overObstacle += brute::Overlap(label.box, obstacle);
+      counts.overObstacle += brute::Overlap(box, obstacle);
       counts.throughObstacles += brute::Enters(label, obstacle);
     }
     for (std::size_t j = 0; j < result.labels.size(); ++j) {
-      if (i == j || !result.labels[j].placed) continue;
-      counts.throughLabels += brute::Enters(label, result.labels[j].box);
-      if (j < i) continue;
-      counts.crossings += brute::LeadersMeet(label, result.labels[j]);
-      counts.overlaps += brute::Overlap(label.box, result.labels[j].box);
+      const PlacedLabel& other = result.labels[j];
+      if (i == j || !other.placed) continue;
+      counts.throughLabels += brute::Enters(label, other.box);
+      counts.crossings += i < j && brute::LeadersMeet(label, other);
+      counts.overlaps += i < j && brute::Overlap(box, other.box);
     }
   }
   return counts;

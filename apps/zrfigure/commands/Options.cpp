@@ -51,7 +51,8 @@ struct RawOptions {
 
 void DefineFiles(CLI::App& app, RawOptions& raw) {
   app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->type_name(" ")->group("Files");
-  app.add_option("-o,--output", raw.figure, "Figure to write: .svg .pdf .png .html (default: the model's name with .svg)")
+  app.add_option("-o,--output", raw.figure,
+                 "Figure to write: .svg .pdf .png .html (default: the model's name with .svg)")
       ->type_name("FILE")
       ->group("Files");
   app.add_option("--parts", raw.parts, "Parts list to write: .csv .json")->type_name("FILE")->group("Files");

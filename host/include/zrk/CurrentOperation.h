@@ -7,8 +7,8 @@ namespace zrk {
 
 class Operation;
 
-/// Tells reactions to a change which operation the change belongs to: while one is in scope, notifications that this thread
-/// sends are about changes made in its operation. Nests; a null operation means a change outside any.
+/// Tells reactions to a change which operation the change belongs to: while one is in scope, notifications that this
+/// thread sends are about changes made in its operation. Nests; a null operation means a change outside any.
 class ZR_HOST_API CurrentOperation {
 public:
   explicit CurrentOperation(const du::SmartPtr<Operation>& operation);

@@ -74,7 +74,7 @@ void ReadWriteLock::ReadUnlock() {
   if (!holder || holder->reads == 0) Fail("read-unlocked by a thread that does not read");
   --holder->reads;
   RemoveIfIdle(*holder);
-  changed_.notify_all();
+  if (waitingWriters_ > 0) changed_.notify_all();  // a reader that leaves lets nobody else in
 }
 
 void ReadWriteLock::WriteLock() {

@@ -6,6 +6,7 @@
 #include <zrannotations/CalloutSnapshot.h>
 #include <zrannotations/CombinedCallout.h>
 #include <zrannotations/ConstStrings.h>
+#include <zrannotations/ItemNumberJournal.h>
 #include <zrk/AddressArena.h>
 #include <zrk/Scene.h>
 #include <zrk/ShapeInstance.h>
@@ -171,8 +172,11 @@ bool Callout::CarriesItemId(std::uint32_t itemId) const {
 }
 
 void Callout::SetItemId(std::uint32_t itemId) {
-  const dp::MutexGuard guard(mutex_);
-  itemId_ = itemId;
+  {
+    const dp::MutexGuard guard(mutex_);
+    if (std::exchange(itemId_, itemId) == itemId) return;
+  }
+  ItemNumberJournal::Record(*this);
 }
 
 void Callout::ClearItemId() {

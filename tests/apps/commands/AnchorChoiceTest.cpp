@@ -15,10 +15,8 @@ VisibleRegion Region(int occurrence, int x, int y, double clearance, std::int64_
 class AnchorChoiceTest : public testing::Test {
 protected:
   void Show(std::vector<VisibleRegion> regions) {
-    Picture picture;
-    picture.modelBox = {0, 0, 1000, 1000};
-    picture.regions = std::move(regions);
-    pictures_.push_back(std::move(picture));
+    pictures_.emplace_back().modelBox = {0, 0, 1000, 1000};
+    pictures_.back().regions = std::move(regions);
   }
 
   /// "leaf leaf ..." with anchors, then "| selected ...", a text a picture.

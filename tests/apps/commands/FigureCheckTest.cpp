@@ -1,7 +1,5 @@
 #include "commands/FigureCheck.h"
 
-#include <functional>
-
 #include <gtest/gtest.h>
 
 #include "commands/FindingsText.h"
@@ -31,93 +29,76 @@ std::vector<Figure> GoodPages() {
   return {figure};
 }
 
-struct BreachCase {
-  const char* name;
-  std::function<void(Figure&)> breakIt;
-  std::vector<std::string> expected;  ///< "rule element".
-};
-
-class FigureCheckTest : public testing::TestWithParam<BreachCase> {};
-
-TEST_P(FigureCheckTest, ReportsExactlyTheBreach) {
-  std::vector<Figure> pages = GoodPages();
-  GetParam().breakIt(pages[0]);
-  std::vector<std::string> found;
-  for (const FigureFinding& finding : CheckFigure(pages)) found.push_back(finding.rule + " " + finding.element);
-  EXPECT_EQ(found, GetParam().expected);
+void AddRow(Figure& figure, const std::string& item, bool shown) {
+  figure.table->rows.push_back({item, {item}, shown});
 }
 
-using Names = std::vector<std::string>;
+/// Where the first leader begins.
+Point2& Start(Figure& figure) {
+  return figure.balloons[0].leaders[0].points[0];
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Breaches, FigureCheckTest,
-    testing::Values(
-        BreachCase{"None", [](Figure&) {}, {}}, BreachCase{"NoList", [](Figure& f) { f.table.reset(); }, {}},
-        BreachCase{"NoAreas",
-                   [](Figure& f) {
-                     f.parts.clear();
-                     f.balloons[0].leaders[0].points[0] = {70, 110};
-                   },
-                   {}},
-        BreachCase{"RowWithoutCallout",
-                   [](Figure& f) {
-                     f.table->rows.push_back({"3", {"3"}});
-                   },
-                   Names{"item-not-shown row-3"}},
-        BreachCase{"RowListedAsNotVisible",
-                   [](Figure& f) {
-                     f.table->rows.push_back({"3", {"3"}, false});
-                   },
-                   {}},
-        BreachCase{"AssemblyOfWhatIsShown",
-                   [](Figure& f) {
-                     f.table->rows = {{"1", {"2.1"}}, {"2", {"31"}}, {"3", {"2"}}, {"4", {"3"}}};
-                     f.balloons[0].lines = {"2.1"};
-                     f.balloons[1].lines = {"31"};
-                   },
-                   Names{"item-not-shown row-4"}},
-        BreachCase{"HiddenButNotListedAsSuch", [](Figure& f) { f.balloons[1].leaders[0].hidden = true; },
-                   Names{"item-not-shown row-2"}},
-        BreachCase{"CalloutWithoutRow", [](Figure& f) { f.table->rows.pop_back(); },
-                   Names{"callout-not-listed callout-2"}},
-        BreachCase{"OtherNumber", [](Figure& f) { f.balloons[0].lines = {"7"}; }, Names{"number-differs callout-1"}},
-        BreachCase{"TextIsNoNumber", [](Figure& f) { f.balloons[0].lines = {"1 (2x)"}; }, {}},
-        BreachCase{"Crossing",
-                   [](Figure& f) {
-                     std::swap(f.balloons[0].leaders, f.balloons[1].leaders);
-                     f.balloons[0].leaders[0].points[1] = {30, 110};
-                     f.balloons[1].leaders[0].points[1] = {30, 150};
-                   },
-                   Names{"leaders-cross callout-1"}},
-        BreachCase{"Overlap",
-                   [](Figure& f) {
-                     f.balloons[1].box = {25, 110, 45, 121};
-                     f.balloons[1].leaders.clear();
-                     f.balloons[0].leaders.clear();
-                   },
-                   Names{"labels-overlap callout-1"}},
-        BreachCase{"LeaderThroughLabel",
-                   [](Figure& f) {
-                     f.balloons[1].box = {60, 105, 80, 125};
-                     f.balloons[1].leaders.clear();
-                   },
-                   Names{"leader-through-label callout-1"}},
-        BreachCase{"EndsBesideThePart",
-                   [](Figure& f) {
-                     f.balloons[0].leaders[0].points[0] = {97, 130};
-                   },
-                   Names{"leader-off-part callout-1"}},
-        BreachCase{"EndsOnTheBorder",
-                   [](Figure& f) {
-                     f.balloons[0].leaders[0].points[0] = {99, 130};
-                   },
-                   {}},
-        BreachCase{"PartOfLikeName", [](Figure& f) { f.balloons[0].leaders[0].partId = "pump/bod"; },
-                   Names{"leader-off-part callout-1"}},
-        BreachCase{"OverTheDrawing", [](Figure& f) { f.balloons[0].box.maxX = 105; },
-                   Names{"label-over-drawing callout-1"}},
-        BreachCase{"OffThePage", [](Figure& f) { f.balloons[1].box.minX = -1; }, Names{"label-off-page callout-2"}}),
-    [](const auto& entry) { return entry.param.name; });
+/// Moves the label of the second callout, without its leader, to a box.
+void MoveLabel(Figure& figure, Box2 box) {
+  figure.balloons[1].box = box;
+  figure.balloons[1].leaders.clear();
+}
+
+void CrossLeaders(Figure& figure) {
+  std::swap(figure.balloons[0].leaders, figure.balloons[1].leaders);
+  figure.balloons[0].leaders[0].points[1] = {30, 110};
+  figure.balloons[1].leaders[0].points[1] = {30, 150};
+}
+
+/// Row 2 has callout 2.1 below it; callout 31 is not below row 3.
+void ListAssemblies(Figure& figure) {
+  figure.table->rows = {{"1", {"2.1"}}, {"2", {"31"}}, {"3", {"2"}}, {"4", {"3"}}};
+  figure.balloons[0].lines = {"2.1"};
+  figure.balloons[1].lines = {"31"};
+}
+
+TEST(FigureCheckTest, ReportsExactlyTheBreach) {
+  struct BreachCase {
+    const char* name;
+    void (*breakIt)(Figure&);
+    const char* expected;  ///< "rule element", empty for none.
+  };
+  const BreachCase cases[] = {
+      {"none", [](Figure&) {}, ""},
+      {"no list", [](Figure& f) { f.table.reset(); }, ""},
+      {"no areas", [](Figure& f) { f.parts.clear(), Start(f).x = 70; }, ""},
+      {"row without callout", [](Figure& f) { AddRow(f, "3", true); }, "item-not-shown row-3"},
+      {"row listed as not visible", [](Figure& f) { AddRow(f, "3", false); }, ""},
+      {"assembly of what is shown", ListAssemblies, "item-not-shown row-4"},
+      {"hidden", [](Figure& f) { f.balloons[1].leaders[0].hidden = true; }, "item-not-shown row-2"},
+      {"callout without row", [](Figure& f) { f.table->rows.pop_back(); }, "callout-not-listed callout-2"},
+      {"other number", [](Figure& f) { f.balloons[0].lines[0] = "7"; }, "number-differs callout-1"},
+      {"text is no number", [](Figure& f) { f.balloons[0].lines[0] = "1 (2x)"; }, ""},
+      {"crossing", CrossLeaders, "leaders-cross callout-1"},
+      {"overlap",
+       [](Figure& f) {
+         MoveLabel(f, Box2{25, 90, 45, 105});
+       },
+       "labels-overlap callout-1"},
+      {"leader through label",
+       [](Figure& f) {
+         MoveLabel(f, Box2{60, 105, 80, 125});
+       },
+       "leader-through-label callout-1"},
+      {"ends beside the part", [](Figure& f) { Start(f).x = 97; }, "leader-off-part callout-1"},
+      {"ends on the border", [](Figure& f) { Start(f).x = 99; }, ""},
+      {"part of like name", [](Figure& f) { f.balloons[0].leaders[0].partId = "pump/bod"; },
+       "leader-off-part callout-1"},
+      {"over the drawing", [](Figure& f) { f.balloons[0].box.maxX = 105; }, "label-over-drawing callout-1"},
+      {"off the page", [](Figure& f) { f.balloons[1].box.minX = -1; }, "label-off-page callout-2"}};
+  for (const BreachCase& breach : cases) {
+    std::vector<Figure> pages = GoodPages();
+    breach.breakIt(pages[0]);
+    std::string found;
+    for (const FigureFinding& finding : CheckFigure(pages)) found += finding.rule + " " + finding.element;
+    EXPECT_EQ(found, breach.expected) << breach.name;
+  }
+}
 
 TEST(FindingsTextTest, TextNamesFileElementAndRule) {
   EXPECT_EQ(FindingsText("a.svg", {}, FindingFormat::Text), "a.svg: no findings\n");

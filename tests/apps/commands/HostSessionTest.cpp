@@ -1,5 +1,7 @@
 #include "commands/HostSession.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "SmallAssembly.h"
@@ -10,10 +12,12 @@
 namespace zrfigure {
 namespace {
 
+using Texts = std::vector<std::string>;
+
 /// The press in the host, seen from the front with a page of 1600 x 1200 pixels.
 class HostSessionTest : public testing::Test {
 protected:
-  void Open(Model model, const std::vector<std::string>& welds = {}) {
+  void Open(Model model = fixtures::MakePress(), const Texts& welds = {}) {
     model_ = std::move(model);
     tree_ = std::make_unique<OccurrenceTree>(model_, welds);
     process_ = std::make_unique<HostProcess>("en");
@@ -36,24 +40,39 @@ protected:
   }
 
   void UseTemplate(const std::string& name) { session_->SetTemplate(*BuiltInTemplate(name), "en"); }
+  void GenerateLeaves() { session_->Generate(tree_->Leaves(), false); }
+  void PrepareHierarchy() { session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true); }
 
-  /// "number quantity", a row each.
-  [[nodiscard]] std::vector<std::string> Items() const {
-    std::vector<std::string> texts;
+  /// "number xQuantity", a row each.
+  [[nodiscard]] Texts Items() const {
+    Texts texts;
     for (const ItemState& item : session_->GetItems()) {
       texts.push_back(item.number + " x" + std::to_string(item.quantity));
     }
     return texts;
   }
   /// "text leaders/shown", a callout each.
-  [[nodiscard]] std::vector<std::string> Callouts() const {
-    std::vector<std::string> texts;
+  [[nodiscard]] Texts Callouts() const {
+    Texts texts;
     for (const CalloutState& callout : session_->GetCallouts()) {
-      std::size_t shown = 0;
-      for (const LeaderState& leader : callout.leaders) shown += leader.hidden ? 0 : 1;
-      texts.push_back(callout.text + " " + std::to_string(callout.leaders.size()) + "/" + std::to_string(shown));
+      const auto& leaders = callout.leaders;
+      const auto shown = std::count_if(leaders.begin(), leaders.end(), [](const auto& l) { return !l.hidden; });
+      texts.push_back(callout.text + " " + std::to_string(leaders.size()) + "/" + std::to_string(shown));
     }
     return texts;
+  }
+  /// Undoes and redoes; the figure must go and come back as it is, and be gone at the end.
+  void ExpectOneStep() {
+    const Texts items = Items(), callouts = Callouts();
+    ASSERT_TRUE(session_->Undo());
+    EXPECT_EQ(Items(), Texts());
+    EXPECT_EQ(Callouts(), Texts());
+    ASSERT_TRUE(session_->Redo());
+    EXPECT_EQ(Items(), items);
+    EXPECT_EQ(Callouts(), callouts);
+    EXPECT_FALSE(session_->Redo());
+    ASSERT_TRUE(session_->Undo());
+    EXPECT_FALSE(session_->Undo());
   }
 
   Model model_;
@@ -63,53 +82,32 @@ protected:
   std::unique_ptr<HostSession> session_;
 };
 
-using Texts = std::vector<std::string>;
-
 TEST_F(HostSessionTest, ModesDecideCalloutsAndLeaders) {
-  Open(fixtures::MakePress());
-  session_->Generate(tree_->Leaves(), false);
-  EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x3", "4 x1"}));
-  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 2/1", "3 3/1", "4 1/1"}));
-  ASSERT_TRUE(session_->Undo());
-  session_->SetMode(CalloutMode::Combine);
-  session_->Generate(tree_->Leaves(), false);
-  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 2/2", "3 3/3", "4 1/1"}));
-  ASSERT_TRUE(session_->Undo());
-  session_->SetMode(CalloutMode::PerInstance);
-  session_->Generate(tree_->Leaves(), false);
-  EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 1/1", "2 1/1", "3 1/1", "3 1/1", "3 1/1", "4 1/1"}));
-}
-
-TEST_F(HostSessionTest, OneUndoTakesTheRunAwayAndRedoBringsItBack) {
-  Open(fixtures::MakePress());
-  for (const bool hierarchical : {false, true}) {
-    if (hierarchical) session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
-    session_->Generate(tree_->Leaves(), false);
-    const Texts items = Items();
-    const Texts callouts = Callouts();
-    ASSERT_EQ(callouts.size(), 4u);
-    ASSERT_TRUE(session_->Undo());
-    EXPECT_TRUE(Items().empty());
-    EXPECT_TRUE(Callouts().empty());
-    ASSERT_TRUE(session_->Redo());
-    EXPECT_EQ(Items(), items);
+  Open();
+  const std::pair<CalloutMode, Texts> modes[] = {
+      {CalloutMode::OnePerItem, {"1 1/1", "2 2/1", "3 3/1", "4 1/1"}},
+      {CalloutMode::Combine, {"1 1/1", "2 2/2", "3 3/3", "4 1/1"}},
+      {CalloutMode::PerInstance, {"1 1/1", "2 1/1", "2 1/1", "3 1/1", "3 1/1", "3 1/1", "4 1/1"}}};
+  for (const auto& [mode, callouts] : modes) {
+    session_->SetMode(mode);
+    GenerateLeaves();
+    EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x3", "4 x1"}));
     EXPECT_EQ(Callouts(), callouts);
-    EXPECT_FALSE(session_->Redo());
-    ASSERT_TRUE(session_->Undo());
-    EXPECT_FALSE(session_->Undo());
+    ExpectOneStep();
   }
 }
 
 TEST_F(HostSessionTest, HierarchicalRowsNumberAssembliesAndLabels) {
-  Open(fixtures::MakePress());
-  session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
-  session_->Generate(tree_->Leaves(), false);
+  Open();
+  PrepareHierarchy();
+  GenerateLeaves();
   EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "2.1 x2", "2.2 x3", "3 x1"}));
   EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2.1 2/1", "2.2 3/1", "3 1/1"}));
+  ExpectOneStep();
 }
 
 TEST_F(HostSessionTest, AssembliesGetTheirCallouts) {
-  Open(fixtures::MakePress());
+  Open();
   session_->Generate(SelectOccurrences(*tree_, 1u, {}), false);
   EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x1", "4 x1"}));
   EXPECT_EQ(Callouts(), (Texts{"1 1/1", "2 2/1", "3 1/1", "4 1/1"}));
@@ -118,24 +116,21 @@ TEST_F(HostSessionTest, AssembliesGetTheirCallouts) {
 
 TEST_F(HostSessionTest, MembersOfAWeldmentLeadToTheWeldment) {
   Open(fixtures::MakePress(), {"clamp"});
-  session_->Generate(tree_->Leaves(), false);
+  GenerateLeaves();
   EXPECT_EQ(Items(), (Texts{"1 x1", "2 x2", "3 x1", "4 x1"}));
   const std::vector<PlannedRow> planned = PlanFlatRows(*tree_, tree_->Leaves());
-  const std::vector<ItemState> items = session_->GetItems();
-  ASSERT_EQ(items.size(), planned.size());
-  for (std::size_t i = 0; i < items.size(); ++i) EXPECT_EQ(items[i].occurrences, planned[i].occurrences);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(session_->GetItems().at(i).occurrences, planned.at(i).occurrences);
 }
 
 TEST_F(HostSessionTest, TemplatesShowNumberQuantityTagAndName) {
   Model model = fixtures::MakePress();
   model.products[4].properties["tag"] = "B-7";
   Open(model);
-  const std::pair<const char*, const char*> expected[] = {
-      {"number-quantity", "3 (3x)"}, {"number-name", "3 bolt"}, {"number-tag", "3 B-7"}};
-  for (const auto& [name, text] : expected) {
+  for (const auto& [name, text] :
+       {std::pair{"number-quantity", "3 (3x)"}, {"number-name", "3 bolt"}, {"number-tag", "3 B-7"}}) {
     UseTemplate(name);
     session_->PrepareRows(PlanFlatRows(*tree_, tree_->Leaves()), false);
-    session_->Generate(tree_->Leaves(), false);
+    GenerateLeaves();
     ASSERT_EQ(session_->GetCallouts().size(), 4u) << name;
     EXPECT_EQ(session_->GetCallouts()[2].text, text);
     ASSERT_TRUE(session_->Undo());
@@ -143,24 +138,22 @@ TEST_F(HostSessionTest, TemplatesShowNumberQuantityTagAndName) {
 }
 
 TEST_F(HostSessionTest, TemplateSpeaksTheLanguageItHasAPatternFor) {
-  Open(fixtures::MakePress());
+  Open();
   std::string error;
   const auto definition = ParseTemplate(R"({"id":"p","name":"p","contents":[{"text":"Item "},
       {"group":"System","name":"zrITM"}],"translations":{"de":"Pos. {0}!"}})",
                                         error);
   ASSERT_TRUE(definition) << error;
-  const std::pair<const char*, const char*> expected[] = {{"de", "Pos. 1!"}, {"fr", "Item 1"}};
-  for (const auto& [language, text] : expected) {
+  for (const auto& [language, text] : {std::pair{"de", "Pos. 1!"}, {"fr", "Item 1"}}) {
     session_->SetTemplate(*definition, language);
     session_->Generate({1}, false);
-    ASSERT_EQ(session_->GetCallouts().size(), 1u);
-    EXPECT_EQ(session_->GetCallouts()[0].text, text);
+    EXPECT_EQ(session_->GetCallouts().at(0).text, text);
     ASSERT_TRUE(session_->Undo());
   }
 }
 
 TEST_F(HostSessionTest, RenumberingGoesWithTheRun) {
-  Open(fixtures::MakePress());
+  Open();
   struct Case {
     bool hierarchical;
     std::vector<unsigned> order;  // Of item ids; with assemblies the press has 1 base, 2 clamp, 3 jaw, 4 bolt, 5 lid.
@@ -170,27 +163,21 @@ TEST_F(HostSessionTest, RenumberingGoesWithTheRun) {
       {false, {3, 1}, {"1 x3", "2 x1", "3 x2", "4 x1"}, {"2 1/1", "3 2/1", "1 3/1", "4 1/1"}},
       {true, {9, 8, 5}, {"1 x1", "2 x2", "2.1 x3", "2.2 x2", "3 x1"}, {"3 1/1", "2.2 2/1", "2.1 3/1", "1 1/1"}}};
   for (const Case& expected : cases) {
-    if (expected.hierarchical) session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
-    session_->Generate(tree_->Leaves(), false);
-    const Texts items = Items(), callouts = Callouts();
+    if (expected.hierarchical) PrepareHierarchy();
+    GenerateLeaves();
     session_->RenumberItems(expected.order);
     EXPECT_EQ(Items(), expected.items);
     EXPECT_EQ(Callouts(), expected.callouts);
-    ASSERT_TRUE(session_->Undo());
-    EXPECT_TRUE(Items().empty());
-    ASSERT_TRUE(session_->Redo());
-    EXPECT_EQ(Items(), expected.items);
-    EXPECT_EQ(Callouts(), expected.callouts);
-    ASSERT_TRUE(session_->Undo());
+    ExpectOneStep();
   }
 }
 
 TEST_F(HostSessionTest, AlignedAndMovedLabelsComeBackWithUndo) {
-  Open(fixtures::MakePress());
-  session_->Generate(tree_->Leaves(), false);
+  Open();
+  GenerateLeaves();
   const auto labels = [&] {
     std::vector<double> places;
-    for (const CalloutState& callout : session_->GetCallouts()) {
+    for (const auto& callout : session_->GetCallouts()) {
       places.insert(places.end(), {callout.label.x, callout.label.y, callout.label.z});
     }
     return places;
@@ -201,19 +188,16 @@ TEST_F(HostSessionTest, AlignedAndMovedLabelsComeBackWithUndo) {
   EXPECT_NE(error.find("points at the viewer"), std::string::npos) << error;
   EXPECT_EQ(labels(), before);
   ASSERT_TRUE(session_->AlignLabels(zrcallouts::Align_Mode::AlongAxisX, true, error)) << error;
-  const std::vector<CalloutState> aligned = session_->GetCallouts();
-  for (const CalloutState& callout : aligned) EXPECT_NEAR(callout.label.z, aligned[0].label.z, 1e-6);
+  const double level = labels()[2];
+  for (const auto& callout : session_->GetCallouts()) EXPECT_NEAR(callout.label.z, level, 1e-6);
   ASSERT_TRUE(session_->Undo());
   EXPECT_EQ(labels(), before);
-
-  session_->MoveLabels({{aligned[1].id, {1, 2, 3}}, {9999, {0, 0, 0}}});
+  session_->MoveLabels({{session_->GetCallouts()[1].id, {1, 2, 3}}, {9999, {0, 0, 0}}});
   const CalloutState moved = session_->GetCallouts()[1];
   EXPECT_NEAR(moved.label.x + moved.label.y + moved.label.z, 6, 1e-6);
   EXPECT_TRUE(moved.leaders[0].bends.empty());
-  ASSERT_TRUE(session_->Undo());
-  ASSERT_TRUE(session_->Redo());
+  ASSERT_TRUE(session_->Undo() && session_->Redo()) << "moving belongs to the run";
   EXPECT_NEAR(session_->GetCallouts()[1].label.z, 3, 1e-6);
-
   ASSERT_TRUE(session_->Undo());
   session_->Generate({1}, false);
   EXPECT_FALSE(session_->AlignLabels(zrcallouts::Align_Mode::MinX, false, error));
@@ -222,11 +206,10 @@ TEST_F(HostSessionTest, AlignedAndMovedLabelsComeBackWithUndo) {
 
 TEST_F(HostSessionTest, NothingOutlivesTheSession) {
   const auto cycle = [this] {
-    Open(fixtures::MakePress());
-    session_->PrepareRows(PlanHierarchicalRows(*tree_, tree_->Leaves()), true);
-    session_->Generate(tree_->Leaves(), false);
-    EXPECT_TRUE(session_->Undo());
-    EXPECT_TRUE(session_->Redo());
+    Open();
+    PrepareHierarchy();
+    GenerateLeaves();
+    EXPECT_TRUE(session_->Undo() && session_->Redo());
     Close();
     return du::RefCounted::GetLiveObjectCount();
   };
@@ -241,11 +224,10 @@ TEST_F(HostSessionTest, ShownLeaderMovesToAPartThatCanBeSeen) {
   const Vec3 jaw = model.occurrences[3].toWorld.translation;
   model.occurrences[9].toWorld.translation = {jaw.x, jaw.y - 5, jaw.z};
   Open(model);
-  session_->Generate(tree_->Leaves(), false);
+  GenerateLeaves();
   const CalloutState jaws = session_->GetCallouts()[1];
   ASSERT_EQ(jaws.leaders.size(), 2u);
-  EXPECT_TRUE(jaws.leaders[0].hidden);
-  EXPECT_FALSE(jaws.leaders[1].hidden);
+  EXPECT_TRUE(jaws.leaders[0].hidden && !jaws.leaders[1].hidden);
   EXPECT_EQ(jaws.leaders[1].occurrence, 6);
 }
 

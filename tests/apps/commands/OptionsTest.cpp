@@ -1,5 +1,9 @@
 #include "commands/Options.h"
 
+#include <iterator>
+#include <sstream>
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 namespace zrfigure {
@@ -7,56 +11,53 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-struct RefusedCase {
-  const char* name;
-  Arguments arguments;
-  const char* expected;  ///< Part of the message.
-};
-
-class RefusedOptionsTest : public testing::TestWithParam<RefusedCase> {};
-
-TEST_P(RefusedOptionsTest, SaysWhatIsWrongInOneLine) {
-  const ParsedOptions parsed = ParseOptions(GetParam().arguments);
-  EXPECT_FALSE(parsed.options);
-  EXPECT_TRUE(parsed.output.empty());
-  EXPECT_NE(parsed.error.find(GetParam().expected), std::string::npos) << parsed.error;
-  EXPECT_EQ(parsed.error.find('\n'), std::string::npos);
+Arguments Words(const std::string& line) {
+  std::istringstream words(line);
+  return {std::istream_iterator<std::string>(words), {}};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, RefusedOptionsTest,
-    testing::Values(RefusedCase{"NoModel", {}, "no model given"}, RefusedCase{"TwoModels", {"a.stp", "b.stp"}, "b.stp"},
-                    RefusedCase{"UnknownOption", {"a.stp", "--colour"}, "--colour"},
-                    RefusedCase{"MissingValue", {"a.stp", "--view"}, "--view"},
-                    RefusedCase{"UnknownView", {"a.stp", "--view", "sideways"}, "--view: "},
-                    RefusedCase{"ViewWithOneAngle", {"a.stp", "--view", "30,"}, "--view: "},
-                    RefusedCase{"UnknownPage", {"a.stp", "--page", "A9"}, "'A9' is not a page"},
-                    RefusedCase{"TinyPage", {"a.stp", "--page", "10x10"}, "'10x10' is not a page"},
-                    RefusedCase{"PageInWords", {"a.stp", "--page", "200xtall"}, "'200xtall' is not a page"},
-                    RefusedCase{"NegativeMargin", {"a.stp", "--margin", "-1"}, "--margin: '-1'"},
-                    RefusedCase{"MarginEatsThePage", {"a.stp", "--margin", "100"}, "leave less than 40 mm"},
-                    RefusedCase{"BothOrientations", {"a.stp", "--portrait", "--landscape"}, "--landscape"},
-                    RefusedCase{"BothModes", {"a.stp", "--combine", "--per-instance"}, "--per-instance"},
-                    RefusedCase{"UnknownTemplate", {"a.stp", "--template", "fancy"}, "'fancy' is neither"},
-                    RefusedCase{"NegativeLevel", {"a.stp", "--level", "-1"}, "--level: '-1'"},
-                    RefusedCase{"HugeLevel", {"a.stp", "--level", "99999999999"}, "--level: "},
-                    RefusedCase{"UnknownNumbering", {"a.stp", "--numbering", "odd"}, "use flat or hierarchical"},
-                    RefusedCase{"UnknownLanguage", {"a.stp", "--lang", "xx"}, "--lang: 'xx'"},
-                    RefusedCase{"UnknownOrder", {"a.stp", "--order", "odd"}, "use item or clockwise"},
-                    RefusedCase{"UnknownAlignment", {"a.stp", "--align", "left"}, "--align: 'left' is unknown"},
-                    RefusedCase{"DistributeAlone", {"a.stp", "--distribute"}, "--distribute: needs --align"},
-                    RefusedCase{"PinToAPicture", {"a.stp", "--pin", "a.png"}, "--pin: '.png' is unknown"},
-                    RefusedCase{"SheetCombines", {"a.stp", "--callouts", "2d", "--combine"}, "not with --combine"},
-                    RefusedCase{"UnknownListPlace", {"a.stp", "--list", "left"}, "--list: 'left'"},
-                    RefusedCase{"OneOfTheViewsUnknown", {"a.stp", "--view", "iso", "--view", "odd"}, "view 'odd'"},
-                    RefusedCase{"NothingToCheck", {"check"}, "no file given"},
-                    RefusedCase{"UnknownFindingFormat", {"check", "a.svg", "--format", "xml"}, "--format: 'xml'"},
-                    RefusedCase{"CheckWritesNothing", {"check", "a.svg", "-o", "b.svg"}, "-o"},
-                    RefusedCase{"EmptyGlob", {"a.stp", "--select", ""}, "--select"},
-                    RefusedCase{"UnknownFormat", {"a.stp", "-o", "a.gif"}, "--output: '.gif' is unknown"},
-                    RefusedCase{"NoFormat", {"a.stp", "-o", "figure"}, "has no extension"},
-                    RefusedCase{"UnknownPartsFormat", {"a.stp", "--parts", "p.xls"}, "use .csv or .json"}),
-    [](const auto& entry) { return entry.param.name; });
+/// The message when arguments are refused: one line.
+std::string Refusal(const std::string& line) {
+  const ParsedOptions parsed = ParseOptions(Words(line));
+  EXPECT_TRUE(!parsed.options && parsed.output.empty()) << line;
+  EXPECT_EQ(parsed.error.find('\n'), std::string::npos) << parsed.error;
+  return parsed.error;
+}
+
+TEST(OptionsTest, RefusedValuesAreQuoted) {
+  for (const std::string line : {"--view iso --view odd", "--page A9", "--page 10x10", "--page 200xtall", "--margin -1",
+                                 "--template fancy", "--level -1", "--lang xx", "--align left", "--list left"}) {
+    const std::string value = "'" + line.substr(line.rfind(' ') + 1) + "'";
+    EXPECT_NE(Refusal("a.stp " + line).find(value), std::string::npos) << line;
+  }
+}
+
+TEST(OptionsTest, RefusedArgumentsAreNamedOrTheirRemedyIs) {
+  const std::pair<const char*, std::vector<const char*>> refused[] = {
+      {"no model given", {""}},
+      {"b.stp", {"a.stp b.stp"}},
+      {"--colour", {"a.stp --colour"}},
+      {"--view", {"a.stp --view", "a.stp --view sideways", "a.stp --view 30,"}},
+      {"--landscape", {"a.stp --portrait --landscape"}},
+      {"--per-instance", {"a.stp --combine --per-instance"}},
+      {"not with --combine", {"a.stp --callouts 2d --combine"}},
+      {"leave less than 40 mm", {"a.stp --margin 100"}},
+      {"--level: ", {"a.stp --level 99999999999"}},
+      {"use flat or hierarchical", {"a.stp --numbering odd"}},
+      {"use item or clockwise", {"a.stp --order odd"}},
+      {"--distribute: needs --align", {"a.stp --distribute"}},
+      {"'.png' is unknown", {"a.stp --pin a.png"}},
+      {"'.gif' is unknown", {"a.stp -o a.gif"}},
+      {"has no extension", {"a.stp -o figure"}},
+      {"use .csv or .json", {"a.stp --parts p.xls"}},
+      {"no file given", {"check"}},
+      {"--format: 'xml'", {"check a.svg --format xml"}},
+      {"-o", {"check a.svg -o b.svg"}}};
+  for (const auto& [expected, lines] : refused) {
+    for (const char* line : lines) EXPECT_NE(Refusal(line).find(expected), std::string::npos) << line;
+  }
+  EXPECT_NE(ParseOptions({"a.stp", "--select", ""}).error.find("--select"), std::string::npos);
+}
 
 Options Parse(const Arguments& arguments) {
   const ParsedOptions parsed = ParseOptions(arguments);
@@ -69,8 +70,7 @@ TEST(OptionsTest, ModelAloneGetsTheDefaults) {
   EXPECT_EQ(options.model, "some/folder/pump.v2.step");
   EXPECT_EQ(options.figure, "pump.v2.svg");
   EXPECT_EQ(options.mode, CalloutMode::OnePerItem);
-  EXPECT_EQ(options.page.widthMm, 297);
-  EXPECT_EQ(options.page.heightMm, 210);
+  EXPECT_EQ(std::pair(options.page.widthMm, options.page.heightMm), std::pair(297.0, 210.0));
   EXPECT_EQ(options.page.marginMm, 10);
   EXPECT_EQ(Parse({"a.stp", "--page", "841x594"}).page.marginMm, 20);
   EXPECT_EQ(options.listPlace, TablePlace::Beside);
@@ -81,15 +81,10 @@ TEST(OptionsTest, ModelAloneGetsTheDefaults) {
 }
 
 TEST(OptionsTest, ValuesReachTheirFields) {
-  const Options options = Parse({"--view",   "-30,20",      "--view",       "top",
-                                 "--order",  "clockwise",   "--callouts",   "2d",
-                                 "--align",  "center-y",    "--distribute", "--frame",
-                                 "--pin",    "old.json",    "--list",       "on",
-                                 "--select", "bolt*",       "pump.step",    "--select",
-                                 "a/**",     "-o",          "x.PDF",        "--level",
-                                 "2",        "--numbering", "hierarchical", "--per-instance",
-                                 "--margin", "12.5",        "--lang",       "ja",
-                                 "--weld",   "frame"});
+  const Options options = Parse(Words(
+      "--view -30,20 --view top --order clockwise --callouts 2d --align center-y --distribute --frame --pin old.json "
+      "--list on --select bolt* pump.step --select a/** -o x.PDF --level 2 --numbering hierarchical --per-instance "
+      "--margin 12.5 --lang ja --weld frame"));
   EXPECT_EQ(options.model, "pump.step");
   EXPECT_EQ(options.select, (Arguments{"bolt*", "a/**"}));
   EXPECT_EQ(options.weld, Arguments{"frame"});
@@ -110,21 +105,15 @@ TEST(OptionsTest, ValuesReachTheirFields) {
   EXPECT_EQ(options.language, "ja");
 }
 
-struct PageCase {
-  Arguments arguments;
-  double width, height;
-};
-
 TEST(OptionsTest, PageTurnsWithTheOrientation) {
-  for (const PageCase& page :
-       {PageCase{{"--page", "A3"}, 420, 297}, PageCase{{"--page", "A4", "--portrait"}, 210, 297},
-        PageCase{{"--page", "100x200"}, 100, 200}, PageCase{{"--page", "100x200", "--landscape"}, 200, 100},
-        PageCase{{"--page", "200x100.5", "--portrait"}, 100.5, 200}}) {
-    Arguments arguments = page.arguments;
-    arguments.insert(arguments.begin(), "a.stp");
-    const Options options = Parse(arguments);
-    EXPECT_EQ(options.page.widthMm, page.width) << page.arguments[1];
-    EXPECT_EQ(options.page.heightMm, page.height) << page.arguments[1];
+  const std::tuple<const char*, double, double> pages[] = {{"a.stp --page A3", 420, 297},
+                                                           {"a.stp --page A4 --portrait", 210, 297},
+                                                           {"a.stp --page 100x200", 100, 200},
+                                                           {"a.stp --page 100x200 --landscape", 200, 100},
+                                                           {"a.stp --page 200x100.5 --portrait", 100.5, 200}};
+  for (const auto& [line, width, height] : pages) {
+    const Page page = Parse(Words(line)).page;
+    EXPECT_EQ(std::pair(page.widthMm, page.heightMm), std::pair(width, height)) << line;
   }
 }
 

@@ -1,68 +1,49 @@
 #include "commands/OutputFiles.h"
 
-#include <fstream>
-#include <iterator>
-
 #include <gtest/gtest.h>
-#include <unistd.h>
+
+#include "apps/import/TemporaryFolder.h"
 
 namespace zrfigure {
 namespace {
 
-namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
 
 class OutputFilesTest : public testing::Test {
 protected:
-  void SetUp() override {
-    folder_ = fs::temp_directory_path() / ("zrfigure-outputs-" + std::to_string(getpid()));
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
+  [[nodiscard]] std::string Read(const char* name) const { return ReadWholeFile(folder_.Path() / name); }
 
-  static std::string Read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
-
-  [[nodiscard]] std::size_t CountFiles() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
-  }
-
-  fs::path folder_;
+  TemporaryFolder folder_;
+  const std::filesystem::path path_ = folder_.Path();
+  OutputFiles files_;
+  std::string error_;
 };
 
 TEST_F(OutputFilesTest, NothingAppearsBeforeCommit) {
-  OutputFiles files;
-  files.Add(folder_ / "a.svg", "one");
-  files.Add(folder_ / "b.csv", "two");
-  EXPECT_EQ(CountFiles(), 0u);
-  std::string error;
-  ASSERT_TRUE(files.Commit(error)) << error;
-  EXPECT_EQ(Read(folder_ / "a.svg"), "one");
-  EXPECT_EQ(Read(folder_ / "b.csv"), "two");
-  EXPECT_EQ(CountFiles(), 2u);
+  files_.Add(path_ / "a.svg", "one");
+  files_.Add(path_ / "b.csv", "two");
+  EXPECT_EQ(folder_.Files(), Names());
+  ASSERT_TRUE(files_.Commit(error_)) << error_;
+  EXPECT_EQ(Read("a.svg") + Read("b.csv"), "onetwo");
+  EXPECT_EQ(folder_.Files(), (Names{"a.svg", "b.csv"}));
 }
 
 TEST_F(OutputFilesTest, OneFileThatCannotBeStagedKeepsAllBack) {
-  std::ofstream(folder_ / "a.svg") << "old";
-  OutputFiles files;
-  files.Add(folder_ / "a.svg", "new");
-  files.Add(folder_ / "missing" / "b.csv", "two");
-  std::string error;
-  EXPECT_FALSE(files.Commit(error));
-  EXPECT_NE(error.find("b.csv: cannot be written"), std::string::npos) << error;
-  EXPECT_EQ(Read(folder_ / "a.svg"), "old");
-  EXPECT_EQ(CountFiles(), 1u);
+  folder_.Write("a.svg", "old");
+  files_.Add(path_ / "a.svg", "new");
+  files_.Add(path_ / "missing" / "b.csv", "two");
+  EXPECT_FALSE(files_.Commit(error_));
+  EXPECT_NE(error_.find("b.csv: cannot be written"), std::string::npos) << error_;
+  EXPECT_EQ(Read("a.svg"), "old");
+  EXPECT_EQ(folder_.Files(), Names{"a.svg"});
 }
 
 TEST_F(OutputFilesTest, CheckFindsMissingFoldersAndFoldersInTheWay) {
-  std::string error;
-  EXPECT_TRUE(CheckOutputPath(folder_ / "new.svg", error));
-  EXPECT_FALSE(CheckOutputPath(folder_ / "missing" / "new.svg", error));
-  EXPECT_NE(error.find("does not exist"), std::string::npos);
-  fs::create_directory(folder_ / "taken.svg");
-  EXPECT_FALSE(CheckOutputPath(folder_ / "taken.svg", error));
-  EXPECT_NE(error.find("is a folder"), std::string::npos);
+  EXPECT_TRUE(CheckOutputPath(path_ / "new.svg", error_));
+  EXPECT_FALSE(CheckOutputPath(path_ / "missing" / "new.svg", error_));
+  EXPECT_NE(error_.find("does not exist"), std::string::npos);
+  EXPECT_FALSE(CheckOutputPath(path_, error_));
+  EXPECT_NE(error_.find("is a folder"), std::string::npos);
 }
 
 }  // namespace

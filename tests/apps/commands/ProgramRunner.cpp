@@ -1,10 +1,5 @@
 #include "ProgramRunner.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,27 +7,6 @@
 namespace zrfigure::fixtures {
 
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-ScratchFolder::ScratchFolder() {
-  std::string name = (fs::temp_directory_path() / "zrfigure-test-XXXXXX").string();
-  path_ = mkdtemp(name.data());
-}
-
-ScratchFolder::~ScratchFolder() {
-  fs::remove_all(path_);
-}
-
-std::vector<std::string> ScratchFolder::Files() const {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(path_)) names.push_back(entry.path().filename().string());
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder, const fs::path& input) {
   const fs::path program = fs::read_symlink("/proc/self/exe").parent_path() / "zrfigure";

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/import/TemporaryFolder.h"
+
 namespace zrfigure::fixtures {
 
 struct ProgramResult {
@@ -17,22 +19,10 @@ struct ProgramResult {
 ProgramResult RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                          const std::filesystem::path& input = "/dev/null");
 
-std::string ReadFile(const std::filesystem::path& path);
+using ScratchFolder = TemporaryFolder;
 
-/// A folder of its own, removed at the end.
-class ScratchFolder {
-public:
-  ScratchFolder();
-  ~ScratchFolder();
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
-  /// Names of the files in it, sorted.
-  [[nodiscard]] std::vector<std::string> Files() const;
-
-private:
-  std::filesystem::path path_;
-};
+inline std::string ReadFile(const std::filesystem::path& path) {
+  return ReadWholeFile(path);
+}
 
 }  // namespace zrfigure::fixtures

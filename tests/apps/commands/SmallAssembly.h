@@ -1,63 +1,45 @@
 #pragma once
 // A hand-made assembly for tests of selection and numbering.
 
+#include <string>
+#include <tuple>
+
 #include "Model.h"
 
 namespace zrfigure::fixtures {
 
 /// Index of a new product; parts get one triangle.
 inline int AddProduct(Model& model, const std::string& name, bool isAssembly) {
-  Product product;
-  product.name = name;
-  product.isAssembly = isAssembly;
-  if (!isAssembly) {
-    product.mesh.positions = {{0, 0, 0}, {10, 0, 0}, {0, 0, 10}};
-    product.mesh.normals = {{0, -1, 0}, {0, -1, 0}, {0, -1, 0}};
-    product.mesh.triangles = {{0, 1, 2}};
-  }
-  model.products.push_back(product);
+  const Mesh triangle{{{0, 0, 0}, {10, 0, 0}, {0, 0, 10}}, {{0, -1, 0}, {0, -1, 0}, {0, -1, 0}}, {{0, 1, 2}}, {}};
+  model.products.push_back({name, isAssembly, {}, isAssembly ? Mesh() : triangle});
   return static_cast<int>(model.products.size()) - 1;
 }
 
 /// Index of a new occurrence, shifted along X so that no two stand at one place.
 inline int AddOccurrence(Model& model, int parent, int product, const std::string& name) {
-  Occurrence occurrence;
-  occurrence.parent = parent;
-  occurrence.product = product;
-  occurrence.name = name;
-  occurrence.toWorld.translation = {20.0 * static_cast<double>(model.occurrences.size()), 0, 0};
-  model.occurrences.push_back(occurrence);
+  model.occurrences.push_back({parent, product, name, {}});
+  model.occurrences.back().toWorld.translation.x = 20.0 * static_cast<double>(model.occurrences.size() - 1);
   return static_cast<int>(model.occurrences.size()) - 1;
 }
 
-/// press            0
-///   base_1         1
-///   clamp_1        2
-///     jaw_1        3
-///     bolt_1       4
-///   clamp_2        5
-///     jaw_1        6
-///     bolt_1       7
-///   bolt_9         8
-///   lid_1          9   (no level below)
+/// A press whose clamp is built in twice; its row in `parts` below is an occurrence's index.
 inline Model MakePress() {
   Model model;
   model.sourceName = "press.step";
-  const int press = AddProduct(model, "press", true);
-  const int base = AddProduct(model, "base", false);
-  const int clamp = AddProduct(model, "clamp", true);
-  const int jaw = AddProduct(model, "jaw", false);
-  const int bolt = AddProduct(model, "bolt", false);
-  const int lid = AddProduct(model, "lid", false);
-  const int root = AddOccurrence(model, -1, press, "press");
-  AddOccurrence(model, root, base, "base_1");
-  for (const char* name : {"clamp_1", "clamp_2"}) {
-    const int assembly = AddOccurrence(model, root, clamp, name);
-    AddOccurrence(model, assembly, jaw, "jaw_1");
-    AddOccurrence(model, assembly, bolt, "bolt_1");
+  for (const char* name : {"press", "base", "clamp", "jaw", "bolt", "lid"}) {
+    AddProduct(model, name, name == std::string("press") || name == std::string("clamp"));
   }
-  AddOccurrence(model, root, bolt, "bolt_9");
-  AddOccurrence(model, root, lid, "lid_1");
+  const std::tuple<int, int, const char*> parts[] = {{-1, 0, "press"},   // 0
+                                                     {0, 1, "base_1"},   // 1
+                                                     {0, 2, "clamp_1"},  // 2
+                                                     {2, 3, "jaw_1"},    // 3
+                                                     {2, 4, "bolt_1"},   // 4
+                                                     {0, 2, "clamp_2"},  // 5
+                                                     {5, 3, "jaw_1"},    // 6
+                                                     {5, 4, "bolt_1"},   // 7
+                                                     {0, 4, "bolt_9"},   // 8
+                                                     {0, 5, "lid_1"}};   // 9, no level below
+  for (const auto& [parent, product, name] : parts) AddOccurrence(model, parent, product, name);
   return model;
 }
 

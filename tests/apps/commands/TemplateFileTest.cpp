@@ -5,58 +5,43 @@
 namespace zrfigure {
 namespace {
 
-struct RefusedTemplate {
-  const char* name;
-  std::string json;
-  const char* expected;
-};
-
-std::string WithContents(const std::string& contents) {
-  return R"({"id":"i","name":"n","contents":)" + contents + "}";
+TEST(TemplateFileTest, RefusedTemplatesSayWhere) {
+  const auto contents = [](const std::string& list) { return R"({"id":"i","name":"n","contents":)" + list + "}"; };
+  const auto with = [&](const std::string& field) { return contents(R"([{"name":"p"}],)" + field); };
+  const std::pair<std::string, const char*> refused[] = {
+      {"", "is not JSON"},
+      {"{\n\"id\": oops}", "line 2"},
+      {"[1]", "is not an object"},
+      {R"({"name":"n"})", "id is missing"},
+      {R"({"id":"","name":"n","contents":[]})", "id is empty"},
+      {R"({"id":"i","name":7})", "name is not a text"},
+      {R"({"id":"i","name":"n"})", "contents is missing"},
+      {contents("{}"), "contents is not a list"},
+      {contents("[]"), "contents is empty"},
+      {contents(R"([{"text":"a"},3])"), "contents[1] is not an object"},
+      {contents("[{}]"), "contents[0] has neither"},
+      {contents(R"([{"group":"System"}])"), "contents[0].name is missing"},
+      {contents(R"([{"text":"a","name":"b"}])"), "contents[0].name"},
+      {contents(R"([{"name":"a","display":"value"}])"),
+       "contents[0].display is \"value\" but must be one of \"Value\", \"Name\""},
+      {contents(R"([{"name":"a","level":"root"}])"), "contents[0].level"},
+      {with(R"("colour":"red")"), "colour is not a known field"},
+      {with(R"("markdown":"yes")"), "markdown is neither true nor false"},
+      {with(R"("leaderPen":1)"), "leaderPen is not an object"},
+      {with(R"("leaderPen":{"unit":"mm"})"), "leaderPen.weight is missing"},
+      {with(R"("leaderPen":{"weight":-1})"), "leaderPen.weight is not above 0"},
+      {with(R"("leaderPen":{"weight":1,"unit":"px"})"), "leaderPen.unit is \"px\""},
+      {with(R"("translations":{"xx":"a"})"), "translations.xx"},
+      {with(R"("translations":{"de":1})"), "translations.de is not a text"},
+      {with(R"("translations":{"de":"{1}"})"), "translations.de has {1}"},
+      {with(R"("translations":{"de":"{0"})"), "a '{' without '}'"}};
+  for (const auto& [json, expected] : refused) {
+    std::string error;
+    EXPECT_FALSE(ParseTemplate(json, error)) << json;
+    EXPECT_NE(error.find(expected), std::string::npos) << error;
+    EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+  }
 }
-
-std::string With(const std::string& field) {
-  return R"({"id":"i","name":"n","contents":[{"name":"p"}],)" + field + "}";
-}
-
-class RefusedTemplateTest : public testing::TestWithParam<RefusedTemplate> {};
-
-TEST_P(RefusedTemplateTest, SaysWhere) {
-  std::string error;
-  EXPECT_FALSE(ParseTemplate(GetParam().json, error));
-  EXPECT_NE(error.find(GetParam().expected), std::string::npos) << error;
-  EXPECT_EQ(error.find('\n'), std::string::npos);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, RefusedTemplateTest,
-    testing::Values(
-        RefusedTemplate{"Empty", "", "is not JSON"}, RefusedTemplate{"NotJson", "{\n\"id\": oops}", "line 2"},
-        RefusedTemplate{"NoObject", "[1]", "is not an object"},
-        RefusedTemplate{"NoId", R"({"name":"n"})", "id is missing"},
-        RefusedTemplate{"EmptyId", R"({"id":"","name":"n","contents":[]})", "id is empty"},
-        RefusedTemplate{"NumberAsName", R"({"id":"i","name":7})", "name is not a text"},
-        RefusedTemplate{"NoContents", R"({"id":"i","name":"n"})", "contents is missing"},
-        RefusedTemplate{"ContentsNoList", WithContents("{}"), "contents is not a list"},
-        RefusedTemplate{"ContentsEmpty", WithContents("[]"), "contents is empty"},
-        RefusedTemplate{"ContentNoObject", WithContents("[{\"text\":\"a\"},3]"), "contents[1] is not an object"},
-        RefusedTemplate{"ContentEmpty", WithContents("[{}]"), "contents[0] has neither"},
-        RefusedTemplate{"ContentNoName", WithContents("[{\"group\":\"System\"}]"), "contents[0].name is missing"},
-        RefusedTemplate{"ContentTextAndName", WithContents("[{\"text\":\"a\",\"name\":\"b\"}]"), "contents[0].name"},
-        RefusedTemplate{"ContentDisplay", WithContents("[{\"name\":\"a\",\"display\":\"value\"}]"),
-                        "contents[0].display is \"value\" but must be one of \"Value\", \"Name\""},
-        RefusedTemplate{"ContentLevel", WithContents("[{\"name\":\"a\",\"level\":\"root\"}]"), "contents[0].level"},
-        RefusedTemplate{"UnknownField", With(R"("colour":"red")"), "colour is not a known field"},
-        RefusedTemplate{"MarkdownNoBool", With(R"("markdown":"yes")"), "markdown is neither true nor false"},
-        RefusedTemplate{"PenNoObject", With(R"("leaderPen":1)"), "leaderPen is not an object"},
-        RefusedTemplate{"PenWithoutWeight", With(R"("leaderPen":{"unit":"mm"})"), "leaderPen.weight is missing"},
-        RefusedTemplate{"PenNegative", With(R"("leaderPen":{"weight":-1})"), "leaderPen.weight is not above 0"},
-        RefusedTemplate{"PenUnit", With(R"("leaderPen":{"weight":1,"unit":"px"})"), "leaderPen.unit is \"px\""},
-        RefusedTemplate{"TranslationLanguage", With(R"("translations":{"xx":"a"})"), "translations.xx"},
-        RefusedTemplate{"TranslationNoText", With(R"("translations":{"de":1})"), "translations.de is not a text"},
-        RefusedTemplate{"TranslationPlaceholder", With(R"("translations":{"de":"{1}"})"), "translations.de has {1}"},
-        RefusedTemplate{"TranslationOpen", With(R"("translations":{"de":"{0"})"), "a '{' without '}'"}),
-    [](const auto& entry) { return entry.param.name; });
 
 TEST(TemplateFileTest, ReadsEveryField) {
   std::string error;
@@ -69,14 +54,11 @@ TEST(TemplateFileTest, ReadsEveryField) {
   ASSERT_TRUE(definition) << error;
   EXPECT_TRUE(definition->markdown && definition->itemTemplate);
   ASSERT_EQ(definition->contents.size(), 3u);
-  EXPECT_FALSE(definition->contents[0].isProperty);
-  EXPECT_EQ(definition->contents[0].text, "Item ");
-  EXPECT_TRUE(definition->contents[1].isProperty);
-  EXPECT_EQ(definition->contents[1].text, "System");
-  EXPECT_EQ(definition->contents[2].display, "Name");
-  EXPECT_EQ(definition->contents[2].level, "Root");
-  EXPECT_EQ(definition->leaderPen->weight, 0.35);
-  EXPECT_EQ(definition->leaderPen->unit, "pt");
+  const auto &text = definition->contents[0], &number = definition->contents[1], &material = definition->contents[2];
+  EXPECT_TRUE(!text.isProperty && text.text == "Item ");
+  EXPECT_TRUE(number.isProperty && number.text == "System");
+  EXPECT_TRUE(material.display == "Name" && material.level == "Root");
+  EXPECT_EQ(std::pair(definition->leaderPen->weight, definition->leaderPen->unit), std::pair(0.35, std::string("pt")));
   EXPECT_EQ(definition->translations.at("de"), "Pos. {0} {1}");
   EXPECT_EQ(SourcePattern(*definition), "Item {0}{1}");
 }

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
+#include <tuple>
 
+#include "apps/import/TemporaryFolder.h"
 #include "drawing/AtomicFile.h"
 #include "drawing/PartsList.h"
 #include "drawing/SvgWriter.h"
@@ -14,40 +14,33 @@
 namespace zrfigure {
 namespace {
 
-namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+std::string Page(double widthMm, double heightMm) {
+  Figure figure;
+  figure.page.widthMm = widthMm;
+  figure.page.heightMm = heightMm;
+  figure.balloons = {{"1", "1", {"1"}, BalloonShape::Circle, {100, 100, 180, 180}, {}}};
+  return WriteSvg(figure);
+}
+
+unsigned BigEndian(const std::string& bytes, std::size_t at) {
+  unsigned value = 0;
+  for (std::size_t i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes.at(at + i));
+  return value;
+}
 
 class FigureExportTest : public testing::Test {
 protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "zrfigure-test-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(name.data()), nullptr);
-    folder_ = name;
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  [[nodiscard]] std::size_t Files() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
-  }
-  static std::string Read(const fs::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-  }
-  static std::string Page(double widthMm, double heightMm) {
-    Figure figure;
-    figure.page.widthMm = widthMm;
-    figure.page.heightMm = heightMm;
-    figure.balloons = {{"1", "1", {"1"}, BalloonShape::Circle, {100, 100, 180, 180}, {}}};
-    return WriteSvg(figure);
-  }
-  static unsigned BigEndian(const std::string& bytes, std::size_t at) {
-    unsigned value = 0;
-    for (std::size_t i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes.at(at + i));
-    return value;
+  std::string Pdf(const std::vector<std::string>& pages) {
+    std::string pdf;
+    EXPECT_TRUE(RenderFigure(pages, FigureFormat::Pdf, {}, pdf, error_)) << error_;
+    return pdf;
   }
 
-  fs::path folder_;
-  std::vector<fs::path> written_;
+  TemporaryFolder folder_;
+  const std::filesystem::path path_ = folder_.Path();
+  std::vector<std::filesystem::path> written_;
   std::string error_;
 };
 
@@ -62,17 +55,14 @@ TEST_F(FigureExportTest, PngHasThePagesSizeAndResolution) {
 }
 
 TEST_F(FigureExportTest, PdfHoldsAllPagesInMillimetreSizeAndEqualBytes) {
-  std::string first, second, dated;
   ::unsetenv("SOURCE_DATE_EPOCH");
-  ASSERT_TRUE(RenderFigure({Page(297, 210), Page(210, 297)}, FigureFormat::Pdf, {}, first, error_)) << error_;
+  const std::string first = Pdf({Page(297, 210), Page(210, 297)});
   ::sleep(1);
-  ASSERT_TRUE(RenderFigure({Page(297, 210), Page(210, 297)}, FigureFormat::Pdf, {}, second, error_)) << error_;
-  EXPECT_EQ(first, second);
+  EXPECT_EQ(first, Pdf({Page(297, 210), Page(210, 297)}));
   EXPECT_NE(first.find("841.88"), std::string::npos) << "297 mm in points";
   ::setenv("SOURCE_DATE_EPOCH", "86400", 1);
-  ASSERT_TRUE(RenderFigure({Page(297, 210)}, FigureFormat::Pdf, {}, dated, error_)) << error_;
+  EXPECT_NE(Pdf({Page(297, 210)}).find("19700102"), std::string::npos);
   ::unsetenv("SOURCE_DATE_EPOCH");
-  EXPECT_NE(dated.find("19700102"), std::string::npos);
 }
 
 TEST_F(FigureExportTest, PdfLinksRowsAndBalloonsOverPages) {
@@ -83,8 +73,7 @@ TEST_F(FigureExportTest, PdfLinksRowsAndBalloonsOverPages) {
   figure.table = list.table = PartsTable{{1000, 100}, 20, 40, {{"Item", TextAlign::Left, 80}}, {}};
   figure.table->rows = {{"1", {"1"}}};
   list.table->rows = {{"2", {"2"}}, {"9", {"9"}}};  // No row for balloon 3, no balloon for row 9.
-  std::string pdf;
-  ASSERT_TRUE(RenderFigure({WriteSvg(figure), WriteSvg(list)}, FigureFormat::Pdf, {}, pdf, error_)) << error_;
+  const std::string pdf = Pdf({WriteSvg(figure), WriteSvg(list)});
   for (const auto& [target, links] :
        {std::pair{"row-1", 1}, {"row-2", 1}, {"callout-1", 1}, {"callout-2", 1}, {"callout-3", 0}, {"row-9", 0}}) {
     int found = 0;
@@ -95,54 +84,43 @@ TEST_F(FigureExportTest, PdfLinksRowsAndBalloonsOverPages) {
 }
 
 TEST_F(FigureExportTest, FurtherPagesOfSvgGetNumberedNames) {
-  ASSERT_TRUE(WriteFigure(folder_ / "fig.SVG", {Page(297, 210), Page(210, 297)}, {}, written_, error_)) << error_;
-  ASSERT_EQ(written_.size(), 2U);
-  EXPECT_EQ(written_[1].filename(), "fig-2.SVG");
-  EXPECT_EQ(Read(written_[1]), Page(210, 297));
-  EXPECT_EQ(Files(), 2U);
+  ASSERT_TRUE(WriteFigure(path_ / "fig.SVG", {Page(297, 210), Page(210, 297)}, {}, written_, error_)) << error_;
+  EXPECT_EQ(written_.at(1).filename(), "fig-2.SVG");
+  EXPECT_EQ(ReadWholeFile(written_[1]), Page(210, 297));
+  EXPECT_EQ(folder_.Files(), (Names{"fig-2.SVG", "fig.SVG"}));
 }
 
-struct BadExport {
-  std::string name, file;
-  std::vector<std::string> pages;
-  double dpi;
-  std::string message;
-};
-
-class BadFigureExportTest : public FigureExportTest, public testing::WithParamInterface<BadExport> {};
-
-TEST_P(BadFigureExportTest, LeavesNothingBehindAndSaysWhy) {
-  EXPECT_FALSE(WriteFigure(folder_ / GetParam().file, GetParam().pages, {GetParam().dpi}, written_, error_));
-  EXPECT_NE(error_.find(GetParam().message), std::string::npos) << error_;
-  EXPECT_EQ(error_.find('\n'), std::string::npos);
-  EXPECT_EQ(Files(), 0U);
+TEST_F(FigureExportTest, BadExportLeavesNothingBehindAndSaysWhy) {
+  const char* const noSize = "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
+  const char* const page = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10mm\" height=\"10mm\"/>";
+  const std::tuple<const char*, Names, double, const char*> exports[] = {
+      {"a.jpg", {page}, 100, ".svg, .pdf or .png"},
+      {"a", {page}, 100, ".svg, .pdf or .png"},
+      {"a.pdf", {}, 100, "no page"},
+      {"a.png", {"<svg"}, 100, "cannot render"},
+      {"a.png", {page, "<svg"}, 100, "cannot render"},
+      {"a.pdf", {noSize}, 100, "no size"},
+      {"a.png", {page}, 1e6, "resolution"},
+      {"a.png", {page}, 0, "resolution"},
+      {"no/such/a.svg", {page}, 100, "no/such/a.svg"}};
+  for (const auto& [file, pages, dpi, message] : exports) {
+    EXPECT_FALSE(WriteFigure(path_ / file, pages, {dpi}, written_, error_)) << message;
+    EXPECT_NE(error_.find(message), std::string::npos) << error_;
+    EXPECT_EQ(error_.find('\n'), std::string::npos);
+    EXPECT_EQ(folder_.Files(), Names()) << message;
+  }
 }
-
-constexpr const char* kNoSize = "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
-constexpr const char* kPage = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10mm\" height=\"10mm\"/>";
-INSTANTIATE_TEST_SUITE_P(Cases, BadFigureExportTest,
-                         testing::Values(BadExport{"Extension", "a.jpg", {kPage}, 100, ".svg, .pdf or .png"},
-                                         BadExport{"NoExtension", "a", {kPage}, 100, ".svg, .pdf or .png"},
-                                         BadExport{"NoPages", "a.pdf", {}, 100, "no page"},
-                                         BadExport{"BrokenSvg", "a.png", {"<svg"}, 100, "cannot render"},
-                                         BadExport{"SecondPageBroken", "a.png", {kPage, "<svg"}, 100, "cannot render"},
-                                         BadExport{"NoSize", "a.pdf", {kNoSize}, 100, "no size"},
-                                         BadExport{"HugeResolution", "a.png", {kPage}, 1e6, "resolution"},
-                                         BadExport{"NoResolution", "a.png", {kPage}, 0, "resolution"},
-                                         BadExport{"MissingFolder", "no/such/a.svg", {kPage}, 100, "no/such/a.svg"}),
-                         [](const auto& tested) { return tested.param.name; });
 
 TEST_F(FigureExportTest, FailedWriteKeepsTheOldFile) {
-  const fs::path occupied = folder_ / "figure.svg";
-  fs::create_directories(occupied / "full");  // A folder in the way: the rename fails after the data was written.
+  const auto occupied = path_ / "figure.svg", file = path_ / "list.csv";
+  create_directories(occupied / "full");  // A folder in the way: the rename fails after the data was written.
   EXPECT_FALSE(WriteFileAtomically(occupied, "new", error_));
   EXPECT_NE(error_.find(occupied.string()), std::string::npos);
-  EXPECT_EQ(Files(), 1U);
-  const fs::path file = folder_ / "list.csv";
+  EXPECT_EQ(folder_.Files(), Names{"figure.svg"});
   ASSERT_TRUE(WriteFileAtomically(file, "old", error_));
   ASSERT_TRUE(WriteFileAtomically(file, std::string_view("n\0w", 3), error_));
-  EXPECT_EQ(Read(file).size(), 3U);
-  EXPECT_EQ(Files(), 2U);
+  EXPECT_EQ(ReadWholeFile(file).size(), 3U);
+  EXPECT_EQ(folder_.Files(), (Names{"figure.svg", "list.csv"}));
 }
 
 PartsList SampleList() {
@@ -171,12 +149,12 @@ TEST_F(FigureExportTest, JsonReadsBackAndSurvivesBadBytes) {
 }
 
 TEST_F(FigureExportTest, PartsListGoesByExtension) {
-  ASSERT_TRUE(WritePartsList(folder_ / "a.CSV", SampleList(), error_)) << error_;
-  ASSERT_TRUE(WritePartsList(folder_ / "a.json", SampleList(), error_)) << error_;
-  EXPECT_EQ(Read(folder_ / "a.CSV"), PartsListToCsv(SampleList()));
-  EXPECT_FALSE(WritePartsList(folder_ / "a.txt", SampleList(), error_));
+  ASSERT_TRUE(WritePartsList(path_ / "a.CSV", SampleList(), error_)) << error_;
+  ASSERT_TRUE(WritePartsList(path_ / "a.json", SampleList(), error_)) << error_;
+  EXPECT_EQ(ReadWholeFile(path_ / "a.CSV"), PartsListToCsv(SampleList()));
+  EXPECT_FALSE(WritePartsList(path_ / "a.txt", SampleList(), error_));
   EXPECT_NE(error_.find(".csv or .json"), std::string::npos);
-  EXPECT_EQ(Files(), 2U);
+  EXPECT_EQ(folder_.Files(), (Names{"a.CSV", "a.json"}));
 }
 
 }  // namespace

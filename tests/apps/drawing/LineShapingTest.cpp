@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <numbers>
 #include <sstream>
+#include <tuple>
 
 #include "drawing/LineSmoothing.h"
 #include "drawing/LineTicks.h"
@@ -27,8 +29,9 @@ TEST(LineSmoothingTest, SimplifiedStaysWithinTheTolerance) {
   EXPECT_LT(coarse.size(), 80U);
   for (const Point2 p : fine) {
     double nearest = 1e9;
-    for (std::size_t i = 1; i < coarse.size(); ++i)
+    for (std::size_t i = 1; i < coarse.size(); ++i) {
       nearest = std::min(nearest, DistanceToSegment(p, coarse[i - 1], coarse[i]));
+    }
     EXPECT_LE(nearest, 0.1);
   }
 }
@@ -50,47 +53,36 @@ TEST(LineSmoothingTest, ShortLinesAreLeftAsTheyAre) {
   EXPECT_EQ(Simplified({{1, 1}, {1, 1}}, 0.1).size(), 2U);
 }
 
-CandidateLine Line(std::vector<Point2> points, bool contour) {
-  return {{1, LineClass::Edge, std::move(points)}, contour};
+CandidateLine Edge(std::vector<Point2> points) {
+  return {{1, LineClass::Edge, std::move(points)}, false};
 }
 
-struct TickCase {
-  std::string name;
-  std::vector<CandidateLine> lines;
-  std::size_t kept;
-};
+CandidateLine Contour(std::vector<Point2> points) {
+  return {{1, LineClass::Edge, std::move(points)}, true};
+}
 
-class DropTicksTest : public testing::TestWithParam<TickCase> {};
-
-TEST_P(DropTicksTest, KeepsWhatIsHeld) {
+TEST(LineTicksTest, DropTicksKeepsWhatIsHeld) {
   // The left half of the picture shows occurrence 1, the right half another one.
   IdBuffer ids{100, 100, std::vector<std::int32_t>(10000, 1), {}};
   for (int i = 0; i < 10000; ++i) ids.ids[i] = i % 100 < 50 ? 1 : 2;
-  std::vector<CandidateLine> lines = GetParam().lines;
-  DropTicks(lines, ids);
-  EXPECT_EQ(lines.size(), GetParam().kept);
+  const CandidateLine wall = Edge({{10, 10}, {10, 40}});
+  const std::tuple<const char*, std::vector<CandidateLine>, std::size_t> cases[] = {
+      {"lone silhouette", {wall, Contour({{20, 20}, {24, 20}})}, 1},
+      {"silhouette held at one end", {wall, Contour({{11, 20}, {15, 20}})}, 1},
+      {"between two edges", {wall, Edge({{16, 10}, {16, 40}}), Contour({{11, 20}, {15, 20}})}, 3},
+      {"from edge to cover", {Edge({{45, 10}, {45, 40}}), Contour({{45, 20}, {49.5, 20}})}, 2},
+      {"long silhouette", {Contour({{20, 20}, {40, 20}})}, 1},
+      {"lone edge", {wall, Edge({{20, 20}, {24, 20}})}, 1},
+      {"folded edge", {wall, Edge({{20, 20}, {23, 20}, {20, 20}})}, 1},
+      {"held through another", {Edge({{15, 20}, {19, 20}}), Edge({{11, 20}, {15, 20}}), wall}, 3},
+      {"tiny part", {Edge({{20, 20}, {24, 20}}), Edge({{24, 20}, {24, 24}})}, 2},
+      {"nothing", {}, 0}};
+  for (const auto& [name, given, kept] : cases) {
+    std::vector<CandidateLine> lines = given;
+    DropTicks(lines, ids);
+    EXPECT_EQ(lines.size(), kept) << name;
+  }
 }
-
-const std::vector<Point2> kLong{{10, 10}, {10, 40}};
-INSTANTIATE_TEST_SUITE_P(
-    Cases, DropTicksTest,
-    testing::Values(TickCase{"LoneSilhouette", {Line(kLong, false), Line({{20, 20}, {24, 20}}, true)}, 1},
-                    TickCase{"SilhouetteHeldAtOneEnd", {Line(kLong, false), Line({{11, 20}, {15, 20}}, true)}, 1},
-                    TickCase{"SilhouetteBetweenTwoEdges",
-                             {Line(kLong, false), Line({{16, 10}, {16, 40}}, false), Line({{11, 20}, {15, 20}}, true)},
-                             3},
-                    TickCase{"SilhouetteFromEdgeToCover",
-                             {Line({{45, 10}, {45, 40}}, false), Line({{45, 20}, {49.5, 20}}, true)},
-                             2},
-                    TickCase{"LongSilhouette", {Line({{20, 20}, {40, 20}}, true)}, 1},
-                    TickCase{"LoneEdge", {Line(kLong, false), Line({{20, 20}, {24, 20}}, false)}, 1},
-                    TickCase{"FoldedEdge", {Line(kLong, false), Line({{20, 20}, {23, 20}, {20, 20}}, false)}, 1},
-                    TickCase{"EdgeHeldThroughAnother",
-                             {Line({{15, 20}, {19, 20}}, false), Line({{11, 20}, {15, 20}}, false), Line(kLong, false)},
-                             3},
-                    TickCase{"TinyPart", {Line({{20, 20}, {24, 20}}, false), Line({{24, 20}, {24, 24}}, false)}, 2},
-                    TickCase{"Nothing", {}, 0}),
-    [](const auto& tested) { return tested.param.name; });
 
 TEST(LineWeightsTest, CrowdedDrawingsGetTheNarrowGroups) {
   const auto widths = [](double lineLength, std::int64_t pixels) {
@@ -114,36 +106,26 @@ TEST(SvgPathTest, NumbersHaveTwoDecimalsInEveryLocale) {
   std::setlocale(LC_ALL, saved.c_str());
 }
 
-std::size_t Count(const std::string& path, char command) {
-  return std::ranges::count(path, command);
+std::string Curve(const std::vector<Point2>& points) {
+  std::string path;
+  AppendCurve(path, points);
+  return path;
 }
 
 TEST(SvgPathTest, ChordsOfArcsBecomeCurvesAndCornersStay) {
-  std::string arc;
-  AppendCurve(arc, Arc(50, 0, 90, 9));
-  EXPECT_EQ(Count(arc, 'C'), 9U);
-  std::string square;
-  AppendCurve(square, {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}});
-  EXPECT_EQ(square, "M0.00 0.00L10.00 0.00L10.00 10.00L0.00 10.00L0.00 0.00Z");
-  std::string bluntCorner;  // 15 degrees between long pieces is a shape, not a facet.
-  AppendCurve(bluntCorner, {{0, 0}, {300, 0}, {590, 78}});
-  EXPECT_EQ(Count(bluntCorner, 'C'), 0U);
-}
-
-TEST(SvgPathTest, LongStraightPieceBesideAnArcStaysStraight) {
-  std::vector<Point2> points{{50, -400}};
-  const std::vector<Point2> arc = Arc(50, 0, 90, 9);
-  points.insert(points.end(), arc.begin(), arc.end());
-  std::string path;
-  AppendCurve(path, points);
-  EXPECT_EQ(path.rfind("M50.00 -400.00L50.00 0.00C", 0), 0U) << path;
+  EXPECT_EQ(std::ranges::count(Curve(Arc(50, 0, 90, 9)), 'C'), 9);
+  EXPECT_EQ(Curve({{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}),
+            "M0.00 0.00L10.00 0.00L10.00 10.00L0.00 10.00L0.00 0.00Z");
+  EXPECT_EQ(std::ranges::count(Curve({{0, 0}, {300, 0}, {590, 78}}), 'C'), 0) << "15 degrees between long pieces";
+  std::vector<Point2> straightThenArc = Arc(50, 0, 90, 9);
+  straightThenArc.insert(straightThenArc.begin(), {50, -400});
+  EXPECT_EQ(Curve(straightThenArc).rfind("M50.00 -400.00L50.00 0.00C", 0), 0U);
 }
 
 TEST(SvgPathTest, CurvesStayNearTheirChords) {
   std::vector<Point2> circle = Arc(50, 0, 360, 36);
   circle.back() = circle.front();
-  std::string path;
-  AppendCurve(path, circle);
+  std::string path = Curve(circle);
   std::ranges::replace_if(
       path, [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }, ' ');
   std::istringstream numbers(path);

@@ -7,12 +7,15 @@
 
 namespace zrfigure {
 
+inline std::array<float, 3> ToFloats(Vec3 v) {
+  return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
 /// An axis-aligned box: split positions, 12 triangles, 12 sharp edges.
 inline Mesh MakeBox(Vec3 low, Vec3 high) {
   Mesh mesh;
   const auto corner = [&](int i) {
-    return std::array{static_cast<float>(i & 1 ? high.x : low.x), static_cast<float>(i & 2 ? high.y : low.y),
-                      static_cast<float>(i & 4 ? high.z : low.z)};
+    return ToFloats({i & 1 ? high.x : low.x, i & 2 ? high.y : low.y, i & 4 ? high.z : low.z});
   };
   // Corners of each face, counter-clockwise from outside, with the face's normal.
   const std::array<std::pair<std::array<int, 4>, std::array<float, 3>>, 6> faces{{{{0, 2, 3, 1}, {0, 0, -1}},
@@ -38,37 +41,38 @@ inline Mesh MakeBox(Vec3 low, Vec3 high) {
   return mesh;
 }
 
+/// A circle round the Z axis and the normal on it.
+struct Ring {
+  double radius, z, normalRadial, normalZ;
+};
+
+/// Adds the band between two rings; the surface looks to the right of the way from the first to the second.
+inline void AddBand(Mesh& mesh, const Ring& from, const Ring& to, std::uint32_t sides) {
+  const auto first = static_cast<std::uint32_t>(mesh.positions.size());
+  for (const Ring& ring : {from, to}) {
+    for (std::uint32_t i = 0; i < sides; ++i) {
+      const double angle = 2 * std::numbers::pi * i / sides, c = std::cos(angle), s = std::sin(angle);
+      mesh.positions.push_back(ToFloats({ring.radius * c, ring.radius * s, ring.z}));
+      mesh.normals.push_back(ToFloats({ring.normalRadial * c, ring.normalRadial * s, ring.normalZ}));
+    }
+  }
+  for (std::uint32_t i = 0; i < sides; ++i) {
+    const std::uint32_t a = first + i, b = first + (i + 1) % sides;
+    if (from.radius > 0) mesh.triangles.push_back({a, b, b + sides});
+    if (to.radius > 0) mesh.triangles.push_back({a, b + sides, a + sides});
+  }
+}
+
 /// A closed cylinder round the Z axis from z = 0 with smooth wall normals; its two rims are sharp.
 inline Mesh MakeCylinder(double radius, double height, std::uint32_t sides) {
   Mesh mesh;
-  const auto rim = [&](std::uint32_t i, double z) {
-    const double angle = 2 * std::numbers::pi * (i % sides) / sides;
-    return std::array{static_cast<float>(radius * std::cos(angle)), static_cast<float>(radius * std::sin(angle)),
-                      static_cast<float>(z)};
-  };
-  for (std::uint32_t i = 0; i < sides; ++i) {
-    for (const double z : {0.0, height}) {
-      const auto point = rim(i, z);
-      mesh.positions.push_back(point);
-      mesh.normals.push_back({point[0] / static_cast<float>(radius), point[1] / static_cast<float>(radius), 0});
-    }
-    const std::uint32_t a = 2 * i, b = 2 * ((i + 1) % sides);
-    mesh.triangles.push_back({a, b, b + 1});
-    mesh.triangles.push_back({a, b + 1, a + 1});
+  AddBand(mesh, {radius, 0, 1, 0}, {radius, height, 1, 0}, sides);
+  for (const std::uint32_t rim : {0U, sides}) {
+    Polyline& line = mesh.sharpEdges.emplace_back();
+    for (std::uint32_t i = 0; i <= sides; ++i) line.push_back(mesh.positions[rim + i % sides]);
   }
-  for (const double z : {0.0, height}) {
-    const auto centre = static_cast<std::uint32_t>(mesh.positions.size());
-    mesh.positions.push_back({0, 0, static_cast<float>(z)});
-    for (std::uint32_t i = 0; i < sides; ++i) mesh.positions.push_back(rim(i, z));
-    mesh.normals.resize(mesh.positions.size(), {0, 0, z > 0 ? 1.0F : -1.0F});
-    for (std::uint32_t i = 0; i < sides; ++i) {
-      const std::uint32_t a = centre + 1 + i, b = centre + 1 + (i + 1) % sides;
-      mesh.triangles.push_back(z > 0 ? std::array{centre, a, b} : std::array{centre, b, a});
-    }
-    Polyline line;
-    for (std::uint32_t i = 0; i <= sides; ++i) line.push_back(rim(i, z));
-    mesh.sharpEdges.push_back(line);
-  }
+  AddBand(mesh, {0, 0, 0, -1}, {radius, 0, 0, -1}, sides);
+  AddBand(mesh, {radius, height, 0, 1}, {0, height, 0, 1}, sides);
   return mesh;
 }
 
@@ -76,25 +80,13 @@ inline Mesh MakeCylinder(double radius, double height, std::uint32_t sides) {
 inline Mesh MakeSphere(double radius, std::uint32_t sides) {
   Mesh mesh;
   const std::uint32_t rows = sides / 2;
-  for (std::uint32_t row = 0; row <= rows; ++row) {
-    const double latitude = std::numbers::pi * row / rows;
-    // The poles and the seam are single places, or the mesh would have slits of rounding errors.
-    const double ring = row == 0 || row == rows ? 0 : std::sin(latitude);
-    for (std::uint32_t i = 0; i < sides; ++i) {
-      const double longitude = 2 * std::numbers::pi * i / sides;
-      const Vec3 n{ring * std::cos(longitude), ring * std::sin(longitude), std::cos(latitude)};
-      mesh.positions.push_back(
-          {static_cast<float>(n.x * radius), static_cast<float>(n.y * radius), static_cast<float>(n.z * radius)});
-      mesh.normals.push_back({static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)});
-    }
-  }
-  for (std::uint32_t row = 0; row < rows; ++row) {
-    for (std::uint32_t i = 0; i < sides; ++i) {
-      const std::uint32_t a = row * sides + i, b = row * sides + (i + 1) % sides;
-      if (row + 1 < rows) mesh.triangles.push_back({a, a + sides, b + sides});
-      if (row > 0) mesh.triangles.push_back({a, b + sides, b});
-    }
-  }
+  const auto ring = [=](std::uint32_t row) {
+    const double latitude = std::numbers::pi * row / rows, c = -std::cos(latitude);
+    // The poles are single places, or the mesh would have slits of rounding errors.
+    const double s = row == 0 || row == rows ? 0 : std::sin(latitude);
+    return Ring{radius * s, radius * c, s, c};
+  };
+  for (std::uint32_t row = 0; row < rows; ++row) AddBand(mesh, ring(row), ring(row + 1), sides);
   return mesh;
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "apps/drawing/TestShapes.h"
 
 namespace zrfigure {
@@ -11,40 +13,35 @@ void ExpectNear(Vec3 actual, Vec3 expected) {
   EXPECT_NEAR(Length(actual - expected), 0, 1e-9);
 }
 
-struct NamedView {
-  std::string text;
-  Vec3 toViewer, up;
-};
-
-class ViewDirectionTest : public testing::TestWithParam<NamedView> {};
-
-TEST_P(ViewDirectionTest, LooksFromWhereItSays) {
-  std::string error;
-  const auto direction = ParseViewDirection(GetParam().text, error);
-  ASSERT_TRUE(direction) << error;
-  ExpectNear(direction->toViewer, Normalized(GetParam().toViewer));
-  ExpectNear(direction->up, Normalized(GetParam().up));
+TEST(ViewDirectionTest, LooksFromWhereItSays) {
+  const std::tuple<const char*, Vec3, Vec3> views[] = {
+      {"iso", {1, -1, 1}, {-1, 1, 2}},
+      {"front", {0, -1, 0}, {0, 0, 1}},
+      {"top", {0, 0, 1}, {0, 1, 0}},
+      {"right", {1, 0, 0}, {0, 0, 1}},
+      {"left", {-1, 0, 0}, {0, 0, 1}},
+      {"back", {0, 1, 0}, {0, 0, 1}},
+      {"90,0", {1, 0, 0}, {0, 0, 1}},
+      {"bottom", {0, 0, -1}, {0, -1, 0}},
+      {"-45,-30", {-1, -1, -std::sqrt(2.0 / 3)}, {-1, -1, std::sqrt(6.0)}}};
+  for (const auto& [text, toViewer, up] : views) {
+    SCOPED_TRACE(text);
+    std::string error;
+    const auto direction = ParseViewDirection(text, error);
+    ASSERT_TRUE(direction) << error;
+    ExpectNear(direction->toViewer, Normalized(toViewer));
+    ExpectNear(direction->up, Normalized(up));
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Names, ViewDirectionTest,
-    testing::Values(NamedView{"iso", {1, -1, 1}, {-1, 1, 2}}, NamedView{"front", {0, -1, 0}, {0, 0, 1}},
-                    NamedView{"top", {0, 0, 1}, {0, 1, 0}}, NamedView{"right", {1, 0, 0}, {0, 0, 1}},
-                    NamedView{"left", {-1, 0, 0}, {0, 0, 1}}, NamedView{"back", {0, 1, 0}, {0, 0, 1}},
-                    NamedView{"bottom", {0, 0, -1}, {0, -1, 0}}, NamedView{"90,0", {1, 0, 0}, {0, 0, 1}},
-                    NamedView{"-45,-30", {-1, -1, -std::sqrt(2.0 / 3)}, {-1, -1, std::sqrt(6.0)}}));
-
-class BadViewDirectionTest : public testing::TestWithParam<std::string> {};
-
-TEST_P(BadViewDirectionTest, IsRefusedWithTheTextInTheMessage) {
-  std::string error;
-  EXPECT_FALSE(ParseViewDirection(GetParam(), error));
-  EXPECT_NE(error.find("'" + GetParam() + "'"), std::string::npos) << error;
+TEST(ViewDirectionTest, BadTextIsRefusedAndInTheMessage) {
+  for (const char* text :
+       {"", "Iso", "45", "45,", ",30", "45,30,1", "45,91", "0,-90.5", "nan,0", "inf,0", "45 ,30", "4x,30", "1e999,0"}) {
+    std::string error;
+    EXPECT_FALSE(ParseViewDirection(text, error)) << text;
+    EXPECT_NE(error.find("'" + std::string(text) + "'"), std::string::npos) << error;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Texts, BadViewDirectionTest,
-                         testing::Values("", "Iso", "45", "45,", ",30", "45,30,1", "45,91", "0,-90.5", "nan,0", "inf,0",
-                                         "45 ,30", "4x,30", "1e999,0"));
 
 TEST(ViewTest, MatrixAndInverseAgreeWithToPixel) {
   const Model model = MakeModel({MakeBox({5, -20, 3}, {40, 10, 30})});

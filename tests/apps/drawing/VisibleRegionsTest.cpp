@@ -73,12 +73,12 @@ TEST_P(VisibleRegionsTest, DeepestPixelsEqualBruteForceOnRandomMasks) {
     const IdBuffer buffer = RandomMask(seed);
     const auto regions = FindVisibleRegions(buffer, View{});
     const auto expected = BruteForce(buffer);
-    ASSERT_EQ(regions.size(), expected.size()) << "seed " << seed;
+    SCOPED_TRACE(seed);
+    ASSERT_EQ(regions.size(), expected.size());
     for (const VisibleRegion& region : regions) {
       const VisibleRegion& wanted = expected.at(region.occurrence);
-      EXPECT_EQ(region.pixelCount, wanted.pixelCount) << "seed " << seed;
-      EXPECT_EQ(std::tuple(region.x, region.y), std::tuple(wanted.x, wanted.y)) << "seed " << seed;
-      EXPECT_DOUBLE_EQ(region.clearancePx, wanted.clearancePx) << "seed " << seed;
+      EXPECT_EQ(std::tie(region.pixelCount, region.x, region.y), std::tie(wanted.pixelCount, wanted.x, wanted.y));
+      EXPECT_DOUBLE_EQ(region.clearancePx, wanted.clearancePx);
     }
   }
 }
@@ -104,20 +104,14 @@ TEST_P(VisibleRegionsTest, TracedAreasEncloseAsManyPixelsAsAreVisible) {
 INSTANTIATE_TEST_SUITE_P(Seeds, VisibleRegionsTest, testing::Range(0U, 200U, 25U));
 
 TEST(VisibleRegionsTest, RingSharedByTwoSquaresOfOneOccurrenceSplitsAtTheirCorner) {
-  const auto areas = TraceVisibleAreas(BufferOf(4, 4,
-                                                {3, 3, -1, -1,  //
-                                                 3, 3, -1, -1,  //
-                                                 -1, -1, 3, 3,  //
-                                                 -1, -1, 3, 3}));
-  EXPECT_EQ(areas.at(3).size(), 2U);
+  EXPECT_EQ(TraceVisibleAreas(BufferOf(2, 2, {3, -1, -1, 3})).at(3).size(), 2U);
 }
 
 TEST(VisibleRegionsTest, FindRegionReturnsNullForWhatCannotBeSeen) {
   const auto regions = FindVisibleRegions(BufferOf(3, 1, {2, -1, 5}), View{});
   ASSERT_EQ(regions.size(), 2U);
   EXPECT_EQ(FindRegion(regions, 5)->x, 2);
-  EXPECT_EQ(FindRegion(regions, 3), nullptr);
-  EXPECT_EQ(FindRegion(regions, 9), nullptr);
+  EXPECT_TRUE(!FindRegion(regions, 3) && !FindRegion(regions, 9));
   EXPECT_TRUE(FindVisibleRegions(IdBuffer{}, View{}).empty());
 }
 

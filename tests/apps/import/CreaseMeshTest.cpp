@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <tuple>
 
 namespace zrfigure {
 namespace {
@@ -44,24 +45,17 @@ TEST(CreaseMesh, SmoothsAngleBelowThirtyDegreesAndSplitsAbove) {
   EXPECT_EQ(angular.sharpEdges.size(), 33U) << "a rib and two rim pieces a side";
 }
 
-TEST(CreaseMesh, TakesDoubleSidedSurfaceOnce) {
-  TriangleSoup soup;
-  soup.positions = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
-  soup.triangles = {{0, 1, 2}, {0, 2, 3}, {2, 1, 0}, {3, 2, 0}};
-  const Mesh mesh = BuildCreasedMesh(soup);
-  EXPECT_EQ(mesh.triangles.size(), 2U);
-  ASSERT_EQ(mesh.sharpEdges.size(), 1U) << "the border alone, not the diagonal";
-  EXPECT_EQ(mesh.sharpEdges[0].size(), 5U);
-}
-
-TEST(CreaseMesh, DrawsNoLineBetweenNeighboursOfOppositeWinding) {
-  TriangleSoup soup;
-  soup.positions = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
-  soup.triangles = {{0, 1, 2}, {0, 3, 2}};
-  const Mesh mesh = BuildCreasedMesh(soup);
-  ASSERT_EQ(mesh.sharpEdges.size(), 1U);
-  EXPECT_EQ(mesh.sharpEdges[0].size(), 5U);
-  EXPECT_EQ(mesh.positions.size(), 6U) << "normals stay apart";
+TEST(CreaseMesh, OutlinesASquareOnceHoweverItsTrianglesWind) {
+  const std::tuple<const char*, std::vector<std::array<std::uint32_t, 3>>, std::size_t, std::size_t> squares[] = {
+      {"both sides", {{0, 1, 2}, {0, 2, 3}, {2, 1, 0}, {3, 2, 0}}, 2, 4},
+      {"opposite winding: normals stay apart", {{0, 1, 2}, {0, 3, 2}}, 2, 6}};
+  for (const auto& [name, triangles, kept, positions] : squares) {
+    const Mesh mesh = BuildCreasedMesh({{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, triangles});
+    EXPECT_EQ(mesh.triangles.size(), kept) << name;
+    EXPECT_EQ(mesh.positions.size(), positions) << name;
+    ASSERT_EQ(mesh.sharpEdges.size(), 1U) << name << ": the border alone, not the diagonal";
+    EXPECT_EQ(mesh.sharpEdges[0].size(), 5U) << name;
+  }
 }
 
 TEST(CreaseMesh, LeavesOutWhatIsNoTriangle) {

@@ -3,10 +3,12 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 namespace zrfigure {
 
@@ -21,6 +23,14 @@ public:
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }
 
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+
+  /// Names of what is in it, sorted.
+  [[nodiscard]] std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
 
   std::string Write(const std::string& name, const std::string& content) const {
     std::ofstream(path_ / name, std::ios::binary) << content;

@@ -3,12 +3,11 @@
 #include <dg/Pipeline.h>
 #include <zrannotations/LabelMeasure.h>
 #include <zrannotations/MoveOperationStep.h>
+#include <zrk/ShapeView.h>
 
 #include "AnnotationFixture.h"
 
 namespace zrtest {
-
-namespace {
 
 using zrannotations::MoveOperationStep;
 
@@ -16,24 +15,18 @@ class CalloutLabelTest : public AnnotationFixture {
 protected:
   CalloutLabelTest() : callout_(MakeCallout(housing_)) {
     set_->AddAnnotationToSet(callout_, nullptr);
-    callout_->SetLabelPosition(dg::DPoint3D(1, 1, 0));
+    callout_->SetLabelPosition({1, 1, 0});
     listener_->Take();
-  }
-
-  /// As the engine does for every callout on the part.
-  void MoveHousing(const dg::Location& location) {
-    housing_->SetLocation(location);
-    callout_->OnShapeInstanceLocation(housing_);
   }
 
   /// A view of 1000 x 500 pixels, one pixel a model unit, with y downwards from 500.
   du::SmartPtr<zrk::ShapeView> AddView() {
-    const auto view = zrk::MakeObject<zrk::ShapeView>();
+    const auto view = MakeObject<zrk::ShapeView>();
     view->SetWindowSize(1000, 500);
+    dg::Camera3D camera;
     dg::DMat44 matrix;
     matrix.m[1][1] = -1;
     matrix.m[3][1] = 500;
-    dg::Camera3D camera;
     camera.SetObjectToPixel(matrix);
     view->SetCamera(camera);
     scene_->AddView(view);
@@ -45,34 +38,31 @@ protected:
 
 TEST_F(CalloutLabelTest, LabelOfStateZeroTravelsOnceWithItsPart) {
   ExpectPoint(callout_->GetMarkupLabelPosition(), 11, 1, 0);
-  MoveHousing(At(dg::DPoint3D(30, 5, 0)));
+  Move(callout_, housing_, At({30, 5, 0}));
   ExpectPoint(callout_->GetMarkupLabelPosition(), 31, 6, 0);
   ExpectPoint(callout_->GetPosition(), 1, 1, 0);
-  MoveHousing(At(dg::DPoint3D(30, 5, 0), 2));
+  Move(callout_, housing_, At({30, 5, 0}, 2));
   ExpectPoint(callout_->GetMarkupLabelPosition(), 32, 7, 0);
   callout_->SetLabelPosition(callout_->GetPosition());
   callout_->SetLabelPosition(callout_->GetLabelLocation().GetPos());
   ExpectPoint(callout_->GetMarkupLabelPosition(), 32, 7, 0);
-  EXPECT_EQ(listener_->Take(), Events({"moved callout", "moved callout"})) << "neutral calls are no changes";
+  EXPECT_EQ(listener_->Take(), Log({"moved callout", "moved callout"})) << "neutral calls are no changes";
 }
 
 TEST_F(CalloutLabelTest, LabelOfStateOneMovesByTheAnchorAndStaysPutOtherwise) {
   callout_->SetLabelPlacementState(1);
   ExpectPoint(callout_->GetPosition(), 11, 1, 0);
   ExpectPoint(callout_->GetMarkupLabelPosition(), 11, 1, 0);
-  MoveHousing(At(dg::DPoint3D(30, 5, 0)));
+  Move(callout_, housing_, At({30, 5, 0}));
   ExpectPoint(callout_->GetMarkupLabelPosition(), 31, 6, 0);
   callout_->OnShapeInstanceLocation(gear_);
   callout_->OnShapeInstanceLocation(nullptr);
   ExpectPoint(callout_->GetMarkupLabelPosition(), 31, 6, 0);
   callout_->SetLabelPlacementState(0);
   ExpectPoint(callout_->GetPosition(), 1, 1, 0);
-}
 
-TEST_F(CalloutLabelTest, LabelWithoutLeaderStandsInModelSpace) {
   const CalloutPtr free = MakeCallout(nullptr, "literal");
-  free->SetLabelPosition(dg::DPoint3D(4, 5, 6));
-  ExpectPoint(free->GetMarkupLabelPosition(), 4, 5, 6);
+  free->SetLabelPosition({4, 5, 6});
   free->OnShapeInstanceLocation(housing_);
   ExpectPoint(free->GetMarkupLabelPosition(), 4, 5, 6);
 }
@@ -83,10 +73,9 @@ TEST_F(CalloutLabelTest, ScreenModePinsTheLabelToThePlaceWhereItIsSeen) {
   callout_->SetLabelScreenSpaceMode(nullptr);
   EXPECT_FALSE(callout_->IsLabelRelativeToScreen());
   callout_->SetLabelScreenSpaceMode(view);
-  EXPECT_TRUE(callout_->IsLabelRelativeToScreen());
   EXPECT_NEAR(callout_->GetRelativeScreenPosition().x, 0.011, 1e-12);
   EXPECT_NEAR(callout_->GetRelativeScreenPosition().y, 0.998, 1e-12);
-  MoveHousing(At(dg::DPoint3D(300, 50, 0)));
+  Move(callout_, housing_, At({300, 50, 0}));
   ExpectPoint(callout_->GetLabelRelativeScreenPosition(view), 11, 499, 0);
   view->SetWindowSize(2000, 1000);
   ExpectPoint(callout_->GetLabelRelativeScreenPosition(view), 22, 998, 0);
@@ -121,20 +110,18 @@ TEST_F(CalloutLabelTest, MoveStepActsWhenAddedAndComesBackOnUndo) {
     unsigned index;
     bool apply;
     double added;
-    double undone;
   };
-  for (const Case& testCase : {Case{"state 0", 0, 0, true, 7, 1}, Case{"state 1", 1, 0, true, 7, 1},
-                               Case{"not applied", 1, 0, false, 1, 1}, Case{"not the label", 1, 1, true, 1, 1}}) {
+  for (const Case& testCase : {Case{"state 0", 0, 0, true, 7}, Case{"state 1", 1, 0, true, 7},
+                               Case{"not applied", 1, 0, false, 1}, Case{"not the label", 1, 1, true, 1}}) {
     callout_->SetLabelPlacementState(testCase.state);
-    const dg::Location from = At(dg::DPoint3D(1, 1, 0));
+    const dg::Location from = At({1, 1, 0});
     callout_->SetLabelPosition(from.GetPos());
     const OperationPtr operation = MakeOperation();
-    operation->AddStep(
-        zrk::MakeObject<MoveOperationStep>(callout_, testCase.index, from, At(dg::DPoint3D(7, 1, 0)), testCase.apply));
+    operation->AddStep(MakeObject<MoveOperationStep>(callout_, testCase.index, from, At({7, 1, 0}), testCase.apply));
     EXPECT_EQ(callout_->GetPosition().x, testCase.added) << testCase.name;
-    zrk::RecordOperation(operation);
-    ASSERT_TRUE(zrk::UndoHistory::Undo(scene_));
-    EXPECT_EQ(callout_->GetPosition().x, testCase.undone) << testCase.name;
+    RecordOperation(operation);
+    ASSERT_TRUE(Undo());
+    EXPECT_EQ(callout_->GetPosition().x, 1) << testCase.name;
   }
   MoveOperationStep empty(nullptr, 0, dg::Location(), dg::Location(), true);
   empty.OnAddedToOperation();
@@ -145,17 +132,15 @@ TEST_F(CalloutLabelTest, MoveStepOfAScreenRelativeLabelRestoresTheRelativePositi
   callout_->SetLabelScreenSpaceMode(view);
   const dg::DPoint2D before = callout_->GetRelativeScreenPosition();
   const OperationPtr operation = MakeOperation();
-  operation->AddStep(zrk::MakeObject<MoveOperationStep>(callout_, 0, At(dg::DPoint3D(before.x, before.y, 0)),
-                                                        At(dg::DPoint3D(0.25, 0.75, 0)), true));
-  zrk::RecordOperation(operation);
+  operation->AddStep(
+      MakeObject<MoveOperationStep>(callout_, 0, At({before.x, before.y, 0}), At({0.25, 0.75, 0}), true));
+  RecordOperation(operation);
   EXPECT_EQ(callout_->GetRelativeScreenPosition().x, 0.25);
   callout_->ClearLabelScreenSpaceMode();  // must not change what the recorded step means
-  ASSERT_TRUE(zrk::UndoHistory::Undo(scene_));
+  ASSERT_TRUE(Undo());
   EXPECT_EQ(callout_->GetRelativeScreenPosition().x, before.x);
   EXPECT_EQ(callout_->GetRelativeScreenPosition().y, before.y);
   ExpectPoint(callout_->GetPosition(), 1, 1, 0);
 }
-
-}  // namespace
 
 }  // namespace zrtest

@@ -2,9 +2,6 @@
 
 #include <zrannotations/CombinedCallout2D.h>
 #include <zrannotations/CreateCallout2D.h>
-#include <zrk/View.h>
-#include <zrk/illustration2d/Document2D.h>
-#include <zrk/illustration2d/PageBorder2D.h>
 #include <zrk/illustration2d/Scene2D.h>
 #include <zrk/illustration2d/Text2D.h>
 #include <zrservices/illustration2d/OperationHandler.h>
@@ -12,8 +9,6 @@
 #include "AnnotationFixture.h"
 
 namespace zrtest {
-
-namespace {
 
 using zrk::illustration2d::Annotation2D;
 using zrk::illustration2d::Callout2D;
@@ -31,35 +26,33 @@ protected:
                                           zrk::illustration::TextAlignment::Right, localizable);
   }
 
-  const du::SmartPtr<zrk::illustration2d::Scene2D> sheet_ = zrk::MakeObject<zrk::illustration2d::Scene2D>();
+  const du::SmartPtr<zrk::illustration2d::Scene2D> sheet_ = MakeObject<zrk::illustration2d::Scene2D>();
   const TemplatePtr definition_ = MakeTemplate("item");
 };
 
 TEST_F(Illustration2DTest, CreatesCalloutsWithTheGivenTextAndPlaces) {
   const Callout2DPtr callout = Create("17");
   ASSERT_TRUE(callout);
+  const auto label = [&] { return callout->GetTextElement()->GetString(); };
   EXPECT_EQ(callout->GetPreset(), definition_);
   EXPECT_FALSE(callout->GetCalloutTemplate());
-  EXPECT_EQ(callout->GetTextElement()->GetString(), du::Symbol("17"));
+  EXPECT_EQ(label(), du::Symbol("17"));
   EXPECT_EQ(callout->GetAnchor().x, 10);
   EXPECT_EQ(callout->GetPosition().y, 40);
   EXPECT_EQ(callout->GetLocalizableString().GetKey(), du::Symbol("NoteContent"));
   EXPECT_EQ(sheet_->GetAnnotations2D().size(), 1u);
-  EXPECT_FALSE(callout->HasItemId());
-
   callout->SetLocalizableStringText("18", false, true);
-  EXPECT_EQ(callout->GetTextElement()->GetString(), du::Symbol("18"));
+  EXPECT_EQ(label(), du::Symbol("18"));
   EXPECT_EQ(callout->GetLocalizableString().GetSourceText(), du::Symbol("18"));
   callout->SetLocalizableStringText("19", false, false);
-  EXPECT_EQ(callout->GetTextElement()->GetString(), du::Symbol("18"));
-
+  EXPECT_EQ(label(), du::Symbol("18"));
   const double narrow = callout->GetShapeExtents().GetWidth();
   callout->SetLocalizableStringText("1800", false, true);
   EXPECT_NEAR(callout->GetShapeExtents().GetWidth(), 2 * narrow, 1e-9);
   EXPECT_NEAR(callout->GetShapeExtents().min.x + callout->GetShapeExtents().max.x, 60, 1e-9);
 }
 
-TEST_F(Illustration2DTest, CreatesNothingWithoutSceneOrDefinitionOrWhenToldToFail) {
+TEST_F(Illustration2DTest, CreatesAndMovesNothingWhenSomethingIsMissing) {
   const du::LocalizableString text;
   const auto left = zrk::illustration::TextAlignment::Left;
   EXPECT_FALSE(zrannotations::CreateCallout2D(nullptr, definition_, {}, {}, left, text));
@@ -67,7 +60,16 @@ TEST_F(Illustration2DTest, CreatesNothingWithoutSceneOrDefinitionOrWhenToldToFai
   zrannotations::FailNextCreateCallout2D();
   EXPECT_FALSE(Create("1"));
   EXPECT_TRUE(sheet_->GetAnnotations2D().empty());
-  EXPECT_TRUE(Create("1"));
+  const Callout2DPtr callout = Create("1");
+  EXPECT_TRUE(callout);
+  EXPECT_FALSE(OperationHandler::EditCalloutsPosition(nullptr, {{callout, {}}}));
+  EXPECT_FALSE(OperationHandler::EditCalloutsPosition(sheet_, {}));
+  EXPECT_FALSE(OperationHandler::EditCalloutsPosition(sheet_, {{nullptr, {}}}));
+  EXPECT_EQ(zrk::UndoHistory::GetCount(sheet_), 0u);
+  EXPECT_TRUE(OperationHandler::EditCalloutsPosition(sheet_, {{nullptr, {}}, {callout, dg::DPoint2D(1, 2)}}, "align"));
+  EXPECT_EQ(zrk::UndoHistory::GetLast(sheet_)->GetName(), "align");
+  EXPECT_TRUE(zrk::UndoHistory::Undo(sheet_) && zrk::UndoHistory::Redo(sheet_));
+  EXPECT_EQ(callout->GetPosition().x, 1);
 }
 
 TEST_F(Illustration2DTest, IdsAreNotUsedTwice) {
@@ -80,44 +82,13 @@ TEST_F(Illustration2DTest, IdsAreNotUsedTwice) {
   EXPECT_EQ(ids.size(), 3u);
 }
 
-TEST_F(Illustration2DTest, MovesCalloutsInOneUndoableOperation) {
-  const auto view = zrk::MakeObject<zrk::View>();
-  sheet_->AddView(view);
-  const Callout2DPtr first = Create("1");
-  const Callout2DPtr second = Create("2");
-  EXPECT_FALSE(OperationHandler::EditCalloutsPosition(nullptr, {{first, {}}}));
-  EXPECT_FALSE(OperationHandler::EditCalloutsPosition(sheet_, {}));
-  EXPECT_FALSE(OperationHandler::EditCalloutsPosition(sheet_, {{nullptr, {}}}));
-  EXPECT_EQ(zrk::UndoHistory::GetCount(sheet_), 0u);
-
-  EXPECT_TRUE(OperationHandler::EditCalloutsPosition(
-      sheet_, {{first, dg::DPoint2D(1, 2)}, {nullptr, {}}, {second, dg::DPoint2D(3, 4)}}, "align"));
-  EXPECT_EQ(zrk::UndoHistory::GetCount(sheet_), 1u);
-  EXPECT_EQ(zrk::UndoHistory::GetLast(sheet_)->GetName(), "align");
-  EXPECT_EQ(second->GetPosition().x, 3);
-  EXPECT_EQ(sheet_->GetModifiedCount(first), 1u);
-  EXPECT_EQ(view->GetDirtyCount(), 2u);
-  EXPECT_TRUE(zrk::UndoHistory::Undo(sheet_));
-  EXPECT_EQ(first->GetPosition().x, 30);
-  EXPECT_TRUE(zrk::UndoHistory::Redo(sheet_));
-  EXPECT_EQ(first->GetPosition().x, 1);
-}
-
-TEST_F(Illustration2DTest, PageIsMeasuredInAnyUnit) {
-  const auto page = sheet_->GetDocument2D()->GetPageBorder();
-  EXPECT_NEAR(page->GetDimensions(dg::LengthUnit::MILLIMETER).y, 297, 1e-9);
-  EXPECT_NEAR(page->GetDimensions(dg::LengthUnit::CENTIMETER).x, 21, 1e-9);
-}
-
 TEST_F(Illustration2DTest, CombinedLabelJoinsMembers) {
-  const auto combined = zrk::MakeObject<zrannotations::CombinedCallout2D>();
+  const auto combined = MakeObject<zrannotations::CombinedCallout2D>();
   for (const char* text : {"1", "", "3"}) combined->AddMember(Create(text));
   combined->AddMember(nullptr);
   const auto label = [](const Callout2DPtr& member) { return member->GetTextElement()->GetString().GetString(); };
   EXPECT_EQ(zrannotations::CombinedCallout2D::GenerateLabelString(combined, label), "1\n3");
   EXPECT_EQ(zrannotations::CombinedCallout2D::GenerateLabelString(nullptr, label), "");
 }
-
-}  // namespace
 
 }  // namespace zrtest

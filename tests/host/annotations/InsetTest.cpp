@@ -6,13 +6,10 @@
 
 namespace zrtest {
 
-namespace {
-
 using zrannotations::Inset;
 using InsetPtr = du::SmartPtr<Inset>;
 
-class RecordingObserver final : public zrannotations::InsetObserver {
-public:
+struct RecordingObserver final : zrannotations::InsetObserver {
   void OnInsetBoundsChanged(const InsetPtr& inset) override {
     events.push_back("bounds");
     // Leaving during a notification must neither wait nor disturb the walk.
@@ -22,28 +19,25 @@ public:
   void OnInsetVisibilityChanged(const InsetPtr&, bool visible) override {
     events.push_back(visible ? "shown" : "hidden");
   }
-  Events events;
+  Log events;
   bool leaves = false;
 };
 
 class InsetTest : public AnnotationFixture {
 protected:
-  const InsetPtr inset_ = zrk::MakeObject<Inset>();
+  const InsetPtr inset_ = MakeObject<Inset>();
 };
 
 TEST_F(InsetTest, TellsItsObserversUntilTheyLeave) {
-  const du::SmartPtr<RecordingObserver> first(new RecordingObserver);
-  const du::SmartPtr<RecordingObserver> second(new RecordingObserver);
+  const auto first = MakeObject<RecordingObserver>(), second = MakeObject<RecordingObserver>();
   first->leaves = true;
-  inset_->RegisterObserver(first);
-  inset_->RegisterObserver(second);
-  inset_->RegisterObserver(first);
+  for (const auto& observer : {first, second, first}) inset_->RegisterObserver(observer);
   inset_->SetVisible(true);
   inset_->SetVisible(false);
   inset_->SetBounds(MakeBox(2));
   inset_->SetCaptionText("Detail A", false, true);
-  EXPECT_EQ(first->events, Events({"hidden", "bounds"}));
-  EXPECT_EQ(second->events, Events({"hidden", "bounds", "caption"}));
+  EXPECT_EQ(first->events, Log({"hidden", "bounds"}));
+  EXPECT_EQ(second->events, Log({"hidden", "bounds", "caption"}));
   EXPECT_EQ(inset_->GetObserverCount(), 1u);
 }
 
@@ -61,7 +55,7 @@ TEST_F(InsetTest, TakesUpItsTemplateAgainWhenItReturnsToASet) {
   inset_->ReleaseInsetTemplate();
   inset_->ReleaseInsetTemplate();
   EXPECT_TRUE(inset_->IsReleased());
-  inset_->RegisterTemplateObserver(du::SmartPtr<zrk::Observer>(new RecordingObserver));
+  inset_->RegisterTemplateObserver(MakeObject<RecordingObserver>());
   EXPECT_TRUE(inset_->HasTemplateObserver());
   inset_->UnregisterTemplateObserver();
   inset_->UnregisterTemplateObserver();
@@ -72,28 +66,24 @@ TEST_F(InsetTest, TakesUpItsTemplateAgainWhenItReturnsToASet) {
 
 TEST_F(InsetTest, BoundsDecideWhichLeadersAreDrawnAndWhichCalloutsAccepted) {
   const CalloutPtr callout = MakeCallout(housing_);
-  callout->ConnectLeader(callout->CreateCalloutLeader(dg::DPoint3D(0, 30, 0), gear_));
+  AddLeader(callout, gear_, dg::DPoint3D(0, 30, 0));
   callout->SetInsetAtPos(inset_, 0);
   EXPECT_FALSE(inset_->AcceptsCallout(nullptr));
   EXPECT_TRUE(inset_->AcceptsCallout(callout)) << "no bounds";
   inset_->SetBounds(MakeBox(2));
   EXPECT_FALSE(inset_->AcceptsCallout(callout));
   callout->SetVisibleWithinInsetBounds(nullptr);
-  EXPECT_TRUE(callout->GetLeaders()[0]->IsDrawn());
+  EXPECT_EQ(Drawn(callout), "++");
   callout->SetVisibleWithinInsetBounds(inset_);
-  EXPECT_FALSE(callout->GetLeaders()[0]->IsDrawn());
-  EXPECT_TRUE(callout->GetLeaders()[1]->IsDrawn()) << "shown outside the inset";
+  EXPECT_EQ(Drawn(callout), "-+") << "shown outside the inset";
   inset_->SetBounds(MakeBox(20));
   callout->SetVisibleWithinInsetBounds(inset_);
-  EXPECT_TRUE(callout->GetLeaders()[0]->IsDrawn()) << "the border belongs to the inset";
+  EXPECT_EQ(Drawn(callout), "++") << "the border belongs to the inset";
   EXPECT_TRUE(inset_->AcceptsCallout(callout));
-  EXPECT_EQ(callout->GetVisibleWithinInsetBoundsCount(), 3u);
   inset_->SetBounds(MakeBox(2));
   callout->SetVisibleWithinInsetBounds(inset_);
   callout->SetInsetAtPos(nullptr, 0);
-  EXPECT_TRUE(callout->GetLeaders()[0]->IsDrawn());
+  EXPECT_EQ(Drawn(callout), "++");
 }
-
-}  // namespace
 
 }  // namespace zrtest

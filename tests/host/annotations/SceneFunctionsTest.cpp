@@ -8,50 +8,40 @@
 
 namespace zrtest {
 
-namespace {
-
 class SceneFunctionsTest : public AnnotationFixture {};
 
-TEST_F(SceneFunctionsTest, AssemblyShapesAreThoseOfEverythingBelow) {
+TEST_F(SceneFunctionsTest, AssemblyShapesAndVisibilityAreThoseOfEverythingBelow) {
   using Shapes = std::set<ShapePtr>;
-  struct Case {
-    SbomPtr instance;
-    Shapes expected;
-  };
-  for (const Case& testCase : {Case{root_, {housing_, shaft_, gear_}}, Case{drive_, {shaft_, gear_}},
-                               Case{gear_->GetInstance()->GetSbomInstance(), {gear_}}, Case{nullptr, {}}}) {
-    Shapes shapes;
-    zrannotations::GetShapeInstancesForAssembly(scene_, testCase.instance, shapes);
-    EXPECT_EQ(shapes, testCase.expected);
-    Shapes none;
-    zrannotations::GetShapeInstancesForAssembly(nullptr, testCase.instance, none);
+  const std::pair<PartPtr, Shapes> cases[] = {{root_, {housing_, shaft_, gear_}},
+                                              {drive_, {shaft_, gear_}},
+                                              {gear_->GetInstance()->GetSbomInstance(), {gear_}},
+                                              {nullptr, {}}};
+  for (const auto& [part, expected] : cases) {
+    Shapes shapes, none;
+    zrannotations::GetShapeInstancesForAssembly(scene_, part, shapes);
+    EXPECT_EQ(shapes, expected);
+    zrannotations::GetShapeInstancesForAssembly(nullptr, part, none);
     EXPECT_TRUE(none.empty());
   }
-}
-
-TEST_F(SceneFunctionsTest, AssemblyIsVisibleWhileAnythingBelowIs) {
-  EXPECT_TRUE(zrannotations::IsPartOrAssemblyVisible(scene_, drive_));
+  using zrannotations::IsPartOrAssemblyVisible;
   shaft_->SetVisible(false);
-  EXPECT_TRUE(zrannotations::IsPartOrAssemblyVisible(scene_, drive_));
-  EXPECT_FALSE(zrannotations::IsPartOrAssemblyVisible(scene_, shaft_->GetInstance()->GetSbomInstance()));
+  EXPECT_TRUE(IsPartOrAssemblyVisible(scene_, drive_)) << "the gear is";
+  EXPECT_FALSE(IsPartOrAssemblyVisible(scene_, shaft_->GetInstance()->GetSbomInstance()));
   gear_->SetVisible(false);
-  EXPECT_FALSE(zrannotations::IsPartOrAssemblyVisible(scene_, drive_));
-  EXPECT_TRUE(zrannotations::IsPartOrAssemblyVisible(scene_, root_));
-  EXPECT_FALSE(zrannotations::IsPartOrAssemblyVisible(nullptr, root_));
-  EXPECT_FALSE(zrannotations::IsPartOrAssemblyVisible(scene_, nullptr));
+  EXPECT_FALSE(IsPartOrAssemblyVisible(scene_, drive_));
+  EXPECT_TRUE(IsPartOrAssemblyVisible(scene_, root_));
+  EXPECT_FALSE(IsPartOrAssemblyVisible(nullptr, root_));
+  EXPECT_FALSE(IsPartOrAssemblyVisible(scene_, nullptr));
 }
 
 TEST_F(SceneFunctionsTest, FilePropertiesBelongToOneSceneAndOneGroup) {
-  const auto other = zrk::MakeObject<zrk::ShapeScene>();
+  const auto other = MakeObject<zrk::ShapeScene>();
   zrannotations::SetFileProperty(scene_, "File", "Title", "Gearbox");
   zrannotations::SetFileProperty(scene_, "File", "Title", "Gearbox 2");
   zrannotations::SetFileProperty(scene_, "Other", "Title", "no");
   zrannotations::SetFileProperty(nullptr, "File", "Title", "no");
   struct Case {
-    const char* group;
-    const char* name;
-    const char* shownName;
-    const char* value;
+    const char *group, *name, *shownName, *value;
   };
   for (const Case& testCase : {Case{"File", "Title", "Title", "Gearbox 2"}, Case{"File", "Author", "Author", ""},
                                Case{"file", "Title", "", ""}, Case{"Properties", "Title", "", ""}}) {
@@ -63,8 +53,7 @@ TEST_F(SceneFunctionsTest, FilePropertiesBelongToOneSceneAndOneGroup) {
 }
 
 TEST_F(SceneFunctionsTest, TemplatesAreListedOnceInOrder) {
-  const TemplatePtr first = MakeTemplate("item");
-  const TemplatePtr second = MakeTemplate("literal");
+  const TemplatePtr first = MakeTemplate("item"), second = MakeTemplate("literal");
   for (const TemplatePtr& added : {first, second, first, TemplatePtr()}) zrannotations::AddCalloutTemplate(added);
   std::vector<TemplatePtr> templates{second};
   zrannotations::GetCalloutTemplates(templates, true, false);
@@ -72,7 +61,5 @@ TEST_F(SceneFunctionsTest, TemplatesAreListedOnceInOrder) {
   zrannotations::GetCalloutTemplates(templates, true, false);
   EXPECT_EQ(templates, std::vector<TemplatePtr>({second, first, second}));
 }
-
-}  // namespace
 
 }  // namespace zrtest

@@ -1,31 +1,25 @@
 #include <zrannotations/AnnotationEdit.h>
 
 #include <zrannotations/CalloutOperationStep.h>
+#include <zrk/Markup.h>
 
 #include "EditsFixture.h"
 
 namespace zrtest {
-namespace {
 
-class AnnotationEditTest : public EditsTest {
-protected:
-  OperationPtr Record(const OperationPtr& operation) {
-    zrk::RecordOperation(operation);
-    return operation;
-  }
-};
+class AnnotationEditTest : public EditsTest {};
 
 TEST_F(AnnotationEditTest, RestoresSymbolsInTheRightOrderWhenUndone) {
   const std::string before = Describe();
   auto operation = MakeOperation();
   const auto symbol = AnnotationEdit::AddSymbol(scene_, gear_, operation);
   ASSERT_TRUE(symbol);
-  Record(operation);
+  RecordOperation(operation);
   EXPECT_EQ(TakeLog(), (Log{"created /symbol-1", "added annotation"}));
   const std::string with = Describe();
   operation = MakeOperation();
   ASSERT_TRUE(AnnotationEdit::RemoveSymbol(scene_, symbol, operation));
-  Record(operation);
+  RecordOperation(operation);
   EXPECT_EQ(TakeLog(), (Log{"deleted annotation", "left annotation", "removed /symbol-1"}));
   EXPECT_EQ(Describe(), before);
   ASSERT_TRUE(Undo());
@@ -36,7 +30,7 @@ TEST_F(AnnotationEditTest, RestoresSymbolsInTheRightOrderWhenUndone) {
   EXPECT_EQ(Describe(), before);
   ASSERT_TRUE(Redo());
   EXPECT_EQ(Describe(), with);
-  EXPECT_EQ(AnnotationEdit::GetSymbols(scene_, gear_), decltype(AnnotationEdit::GetSymbols(scene_, gear_)){symbol});
+  EXPECT_EQ(AnnotationEdit::GetSymbols(scene_, gear_), std::vector({symbol}));
 }
 
 TEST_F(AnnotationEditTest, ReplacesCalloutsByOneWhenJoined) {
@@ -44,7 +38,7 @@ TEST_F(AnnotationEditTest, ReplacesCalloutsByOneWhenJoined) {
   const auto operation = MakeOperation();
   const auto combined = AnnotationEdit::JoinCallouts(scene_, {callouts_[0], callouts_[2]}, operation);
   ASSERT_TRUE(combined);
-  Record(operation);
+  RecordOperation(operation);
   const std::string joined = Describe();
   EXPECT_EQ(TakeLog(), (Log{"left callout shaft", "left callout housing", "added annotation"}));
   EXPECT_EQ(combined->GetText(false).GetString(), "shaft\nhousing");
@@ -61,15 +55,13 @@ TEST_F(AnnotationEditTest, ReplacesCalloutsByOneWhenJoined) {
 TEST_F(AnnotationEditTest, RefusesToJoinWhatIsNotTwoSingleCalloutsOfTheScene) {
   const auto combined = AnnotationEdit::JoinCallouts(scene_, {callouts_[0], callouts_[1]}, nullptr);
   TakeLog();
-  const auto stranger = zrk::MakeObject<zrannotations::Callout>();
-  const std::vector<std::vector<CalloutPtr>> wrong{{},
-                                                   {callouts_[2]},
-                                                   {callouts_[2], callouts_[2]},
-                                                   {callouts_[2], nullptr},
-                                                   {callouts_[2], stranger},
-                                                   {callouts_[2], callouts_[0]},
-                                                   {callouts_[2], combined}};
-  for (const auto& callouts : wrong) EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, callouts, nullptr));
+  const auto stranger = MakeObject<zrannotations::Callout>();
+  const CalloutPtr single = callouts_[2];
+  EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, {}, nullptr));
+  EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, {single}, nullptr));
+  for (const CalloutPtr& other : {single, CalloutPtr(), stranger, callouts_[0], CalloutPtr(combined)}) {
+    EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, {single, other}, nullptr));
+  }
   EXPECT_EQ(TakeLog(), Log());
 }
 
@@ -78,7 +70,7 @@ TEST_F(AnnotationEditTest, AddsAndRemovesInsetsAndCalloutsUndoably) {
   auto operation = MakeOperation();
   const auto inset = AnnotationEdit::AddInset(scene_, drive_, "Detail A", operation);
   ASSERT_TRUE(inset);
-  Record(operation);
+  RecordOperation(operation);
   EXPECT_EQ(inset->GetCaptionText().GetString(), "Detail A");
   EXPECT_TRUE(inset->GetInsetCaption()->IsVisible());
   EXPECT_EQ(inset->GetSubsetScene()->GetShapeInstances().size(), 4u);
@@ -88,7 +80,7 @@ TEST_F(AnnotationEditTest, AddsAndRemovesInsetsAndCalloutsUndoably) {
   ASSERT_TRUE(AnnotationEdit::RemoveInset(scene_, inset, operation));
   EXPECT_FALSE(AnnotationEdit::RemoveInset(scene_, inset, operation)) << "gone already";
   ASSERT_TRUE(AnnotationEdit::DeleteCallout(scene_, callouts_[1], operation));
-  Record(operation);
+  RecordOperation(operation);
   EXPECT_EQ(TakeLog(), (Log{"added annotation", "deleted annotation", "left annotation", "deleted callout gear",
                             "left callout gear"}));
   ASSERT_TRUE(Undo());
@@ -100,7 +92,7 @@ TEST_F(AnnotationEditTest, AddsAndRemovesInsetsAndCalloutsUndoably) {
 }
 
 TEST_F(AnnotationEditTest, FreesMembersWhenUndoBringsAnEmptyCombinedCalloutBack) {
-  const auto combined = zrk::MakeObject<zrannotations::CombinedCallout>();
+  const auto combined = MakeObject<zrannotations::CombinedCallout>();
   zrannotations::CalloutOperationStep step(combined);
   combined->AddMember(callouts_[0]);
   step.Undo();
@@ -109,5 +101,4 @@ TEST_F(AnnotationEditTest, FreesMembersWhenUndoBringsAnEmptyCombinedCalloutBack)
   EXPECT_EQ(callouts_[0]->GetParent().Get(), combined.Get());
 }
 
-}  // namespace
 }  // namespace zrtest

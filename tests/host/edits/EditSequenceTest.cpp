@@ -6,7 +6,6 @@
 #include "EditsFixture.h"
 
 namespace zrtest {
-namespace {
 
 class EditSequenceTest : public EditsTest, public testing::WithParamInterface<unsigned> {
 protected:
@@ -17,10 +16,7 @@ protected:
   }
   template <class T>
   du::SmartPtr<T> DrawAnnotation() {
-    std::vector<du::SmartPtr<T>> fitting;
-    for (const auto& annotation : scene_->GetAnnoSet()->GetAnnotations()) {
-      if (const auto one = du::DynamicCast<T>(annotation)) fitting.push_back(one);
-    }
+    const auto fitting = GetAnnotations<T>(*scene_);
     return fitting.empty() ? nullptr : fitting[Draw(fitting.size())];
   }
   unsigned DrawItem() {
@@ -66,7 +62,7 @@ protected:
     EditParts(kind, operation);
     EditItems(kind, operation);
     EditAnnotations(kind, operation);
-    zrk::RecordOperation(operation);
+    RecordOperation(operation);
   }
 
   std::mt19937 random_{GetParam()};
@@ -90,17 +86,12 @@ TEST_P(EditSequenceTest, ReturnsToEveryStateWhenUndoneAndRedone) {
     }
     ASSERT_EQ(Describe(), states[at]) << "step " << step;
   }
-  while (at > 0) {
-    ASSERT_TRUE(Undo());
-    ASSERT_EQ(Describe(), states[--at]);
-  }
-  while (at + 1 < states.size()) {
-    ASSERT_TRUE(Redo());
-    ASSERT_EQ(Describe(), states[++at]);
-  }
+  while (at > 0 && Undo()) ASSERT_EQ(Describe(), states[--at]);
+  EXPECT_EQ(at, 0u);
+  while (at + 1 < states.size() && Redo()) ASSERT_EQ(Describe(), states[++at]);
+  EXPECT_EQ(at + 1, states.size());
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, EditSequenceTest, testing::Range(0U, 100U));
 
-}  // namespace
 }  // namespace zrtest

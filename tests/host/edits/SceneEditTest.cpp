@@ -2,29 +2,24 @@
 
 #include <functional>
 
-#include <dg/DMat44.h>
-
 #include "EditsFixture.h"
 
 namespace zrtest {
-namespace {
 
 class SceneEditTest : public EditsTest {};
 
 struct EditCase {
   std::string name;
   std::function<bool(const OperationPtr&)> edit;
-  Log done;
-  Log undone;
+  Log done, undone;
 };
 
 TEST_F(SceneEditTest, NotifiesInOrderAndRestoresExactlyWhenUndoneAndRedone) {
   const SceneEdit::PropertyPlace material{{}, du::Symbol("material"), {}};
+  const dg::DVec3 way(0.1, 0.7, 0);
   const std::vector<EditCase> cases{
       {"move",
-       [&](const auto& op) {
-         return SceneEdit::MoveInstance(scene_, drive_, {0.1, 0.7, 0}, op);
-       },
+       [&](const auto& op) { return SceneEdit::MoveInstance(scene_, drive_, way, op); },
        {"moved gearbox/drive/shaft", "moved gearbox/drive/gear", "moved gearbox/drive/bolt",
         "moved gearbox/drive/bolt#2"},
        {"moved gearbox/drive/bolt#2", "moved gearbox/drive/bolt", "moved gearbox/drive/gear",
@@ -55,7 +50,7 @@ TEST_F(SceneEditTest, NotifiesInOrderAndRestoresExactlyWhenUndoneAndRedone) {
     const std::string before = Describe();
     const auto operation = MakeOperation();
     ASSERT_TRUE(test.edit(operation));
-    zrk::RecordOperation(operation);
+    RecordOperation(operation);
     const std::string after = Describe();
     EXPECT_NE(after, before);
     EXPECT_EQ(TakeLog(), test.done);
@@ -71,7 +66,7 @@ TEST_F(SceneEditTest, NotifiesInOrderAndRestoresExactlyWhenUndoneAndRedone) {
 }
 
 TEST_F(SceneEditTest, ChangesNothingWhenTheInstanceIsUnknownOrNothingWouldChange) {
-  const auto stranger = zrk::MakeObject<zrk::illustration::SbomTree>()->CreateRoot("gearbox", nullptr);
+  const auto stranger = MakeObject<zrk::illustration::SbomTree>()->CreateRoot("gearbox", nullptr);
   const auto operation = MakeOperation();
   for (const PartPtr& part : {PartPtr(), stranger}) {
     EXPECT_FALSE(SceneEdit::MoveInstance(scene_, part, {1, 0, 0}, operation));
@@ -95,7 +90,7 @@ TEST_F(SceneEditTest, BringsBackOnlyTheValueOfThatShapeSourceWhenAPropertyIsUndo
   const auto operation = MakeOperation();
   ASSERT_TRUE(SceneEdit::SetInstanceProperty(scene_, gear_, {{}, material, du::Symbol("step")}, du::Symbol("brass"),
                                              operation));
-  zrk::RecordOperation(operation);
+  RecordOperation(operation);
   EXPECT_EQ(gear_->GetProperty({}, material, du::Symbol("step"))->GetValue(), du::Symbol("brass"));
   ASSERT_TRUE(Undo());
   EXPECT_EQ(gear_->GetProperty({}, material, du::Symbol("step"))->GetValue(), du::Symbol("steel"));
@@ -109,7 +104,7 @@ TEST_F(SceneEditTest, TakesSymbolsAlongWhenTheirPartMovesOrGoes) {
   EXPECT_EQ(shape->GetLocation().GetPos().x, before + 2);
   const auto operation = MakeOperation();
   ASSERT_TRUE(SceneEdit::RemoveInstance(scene_, drive_, operation));
-  zrk::RecordOperation(operation);
+  RecordOperation(operation);
   EXPECT_FALSE(shape->GetShapeScene());
   EXPECT_FALSE(symbol->GetScene());
   ASSERT_TRUE(Undo());
@@ -127,7 +122,7 @@ TEST_F(SceneEditTest, KeepsWhatInsetsShowLikeTheOriginals) {
   EXPECT_EQ(copy->GetLocation().GetPos().x, before + 2);
   EXPECT_FALSE(copy->IsVisible());
   ASSERT_TRUE(SceneEdit::RemoveInstance(scene_, drive_, operation));
-  zrk::RecordOperation(operation);
+  RecordOperation(operation);
   EXPECT_FALSE(copy->GetShapeScene());
   ASSERT_TRUE(Undo());
   EXPECT_EQ(copy->GetShapeScene(), inset->GetSubsetScene());
@@ -151,10 +146,9 @@ TEST_F(SceneEditTest, AsksForTheCalloutsOfAnItemWhenItsLastInstanceGoes) {
   zritemlist::ItemList::SetItemRemovalHook(nullptr);
   EXPECT_EQ(asked, std::vector<unsigned>{3});
   EXPECT_EQ(items_->GetZrkItemList()->GetQuantity(4), 1u);
-  zrk::RecordOperation(operation);
+  RecordOperation(operation);
   ASSERT_TRUE(Undo());
   EXPECT_EQ(Describe(), before);
 }
 
-}  // namespace
 }  // namespace zrtest

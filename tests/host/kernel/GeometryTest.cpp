@@ -33,7 +33,7 @@ TEST(AngleTest, RunsFromZeroToTheFullTurn) {
   EXPECT_TRUE(std::isnan(Angle({kNaN, 1})));
 }
 
-TEST(DBox2DTest, ContainsItsBorderAndNothingWhenEmpty) {
+TEST(BoxTest, ContainsItsBorderAndExtendsFromEmpty) {
   const DBox2D box({0, 0}, {10, 5});
   EXPECT_TRUE(box.Contains({10, 5}, 0));
   EXPECT_FALSE(box.Contains({10.5, 5}, 0));
@@ -42,16 +42,13 @@ TEST(DBox2DTest, ContainsItsBorderAndNothingWhenEmpty) {
   EXPECT_TRUE(DBox2D::EMPTY.IsEmpty());
   EXPECT_FALSE(DBox2D::EMPTY.Contains({0, 0}, 0));
   EXPECT_EQ(DBox2D().GetWidth(), 0);
-}
-
-TEST(DBoxTest, ExtendsFromEmpty) {
-  DBox box;
-  EXPECT_TRUE(box.IsEmpty());
-  box.Extend({1, 2, 3});
-  EXPECT_FALSE(box.IsEmpty());
-  box.Extend({-1, 5, 3});
-  EXPECT_EQ(box.GetWidth(), 2);
-  EXPECT_EQ(box.GetHeight(), 3);
+  DBox space;
+  EXPECT_TRUE(space.IsEmpty());
+  space.Extend({1, 2, 3});
+  EXPECT_FALSE(space.IsEmpty());
+  space.Extend({-1, 5, 3});
+  EXPECT_EQ(space.GetWidth(), 2);
+  EXPECT_EQ(space.GetHeight(), 3);
 }
 
 TEST(DMat44Test, InverseUndoesTheTransform) {
@@ -62,15 +59,12 @@ TEST(DMat44Test, InverseUndoesTheTransform) {
   ASSERT_TRUE(inverse.Invert());
   ExpectNear(DPoint3D(1, 2, 3) * matrix * inverse, {1, 2, 3});
   ExpectNear(DPoint3D(1, 2, 3) * (matrix * inverse), {1, 2, 3});
-}
-
-TEST(DMat44Test, SingularMatrixStaysAsItIs) {
   for (const double bad : {0.0, kNaN, std::numeric_limits<double>::infinity()}) {
-    DMat44 matrix;
-    matrix.m[2][2] = bad;
-    EXPECT_FALSE(matrix.Invert());
-    EXPECT_EQ(matrix.m[0][0], 1);
-    EXPECT_EQ(matrix.m[3][2], 0);
+    DMat44 singular;
+    singular.m[2][2] = bad;
+    EXPECT_FALSE(singular.Invert());
+    EXPECT_EQ(singular.m[0][0], 1) << "stays as it is";
+    EXPECT_EQ(singular.m[3][2], 0);
   }
 }
 
@@ -83,14 +77,13 @@ TEST(LocationTest, TransformTurnsScalesThenMoves) {
   EXPECT_EQ(location.GetScale(), 3);
   EXPECT_EQ(Location(FMat33::Scale(0.1), {}).GetScale(), 0.1);
   ExpectNear(DPoint3D(1, 0, 1) * location.GetXform(), {10, 23, 33});
-  const DVec3 vector = DVec3(1, 0, 1) * location.GetXform();
-  ExpectNear(vector, {0, 3, 3});
+  ExpectNear(DVec3(1, 0, 1) * location.GetXform(), {0, 3, 3});
 }
 
 /// Seen from the front: x of the model to the right, z up, y away from the viewer.
 class Camera3DTest : public testing::Test {
 protected:
-  static DPoint3D Project(const Camera3D& camera, const DPoint3D& point) { return point * camera.GetObjectToPixel(); }
+  DPoint3D Project(const DPoint3D& point) const { return point * camera_.GetObjectToPixel(); }
 
   Camera3D camera_;
   const DPoint3D eye_{0, -100, 0};
@@ -99,34 +92,32 @@ protected:
 
 TEST_F(Camera3DTest, ParallelProjectionsPutTheTargetInTheMiddle) {
   camera_.SetOrthographic(eye_, {0, 0, 0}, up_, 50, 200, 100);
-  ExpectNear(Project(camera_, {0, 0, 0}), {100, 50, 200});
-  ExpectNear(Project(camera_, {10, 0, 25}), {120, 0, 200});
-  Camera3D other;
-  other.SetParallel({0, 0, 0}, {0, 5, 0}, up_, 2, 200, 100);
-  ExpectNear(Project(other, {10, 3, 25}), {120, 0, 6});
-  EXPECT_NE(camera_, other);
+  ExpectNear(Project({0, 0, 0}), {100, 50, 200});
+  ExpectNear(Project({10, 0, 25}), {120, 0, 200});
+  const Camera3D before = camera_;
+  camera_.SetParallel({0, 0, 0}, {0, 5, 0}, up_, 2, 200, 100);
+  ExpectNear(Project({10, 3, 25}), {120, 0, 6});
+  EXPECT_NE(camera_, before);
 }
 
 TEST_F(Camera3DTest, PerspectiveShrinksWithDistance) {
   camera_.SetPerspective(eye_, {0, 0, 0}, up_, kPi / 2, 200, 200);
-  ExpectNear(Project(camera_, {0, 0, 0}), {100, 100, 0});
-  ExpectNear(Project(camera_, {100, 0, 100}), {200, 0, 0});
-  ExpectNear(Project(camera_, {100, 100, 100}), {150, 50, 0.5});
+  ExpectNear(Project({0, 0, 0}), {100, 100, 0});
+  ExpectNear(Project({100, 0, 100}), {200, 0, 0});
+  ExpectNear(Project({100, 100, 100}), {150, 50, 0.5});
   DMat44 back = camera_.GetObjectToPixel();
   ASSERT_TRUE(back.Invert());
   ExpectNear(DPoint3D(150, 50, 0.5) * back, {100, 100, 100});
 }
 
-TEST_F(Camera3DTest, UpAlongTheLineOfSightIsReplaced) {
+TEST_F(Camera3DTest, UpAlongTheLineOfSightIsReplacedAndDegenerateSetUpChangesNothing) {
   for (const DVec3& up : {DVec3(0, 1, 0), DVec3(0, -7, 0), DVec3::ZERO}) {
-    camera_.SetParallel({0, 0, 0}, {0, 1, 0}, up, 1, 0 + 100, 100);
+    camera_.SetParallel({0, 0, 0}, {0, 1, 0}, up, 1, 100, 100);
     DMat44 inverse = camera_.GetObjectToPixel();
     EXPECT_TRUE(inverse.Invert());
-    ExpectNear(Project(camera_, {0, 1, 0}), {50, 50, 1});
+    ExpectNear(Project({0, 1, 0}), {50, 50, 1});
   }
-}
 
-TEST_F(Camera3DTest, DegenerateSetUpChangesNothing) {
   camera_.SetParallel({1, 2, 3}, {1, 1, 1}, up_, 4, 640, 480);
   const Camera3D before = camera_;
   camera_.SetOrthographic(eye_, eye_, up_, 50, 200, 100);

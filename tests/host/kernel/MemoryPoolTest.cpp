@@ -2,6 +2,7 @@
 
 #include <array>
 #include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -9,12 +10,10 @@
 
 #include <zrk/AddressArena.h>
 #include <zrk/MakeObject.h>
-#include <zrk/Object.h>
 #include <zrk/ObjectWithRWLock.h>
 
 namespace {
 
-using zrk::AddressArena;
 using zrk::MemoryPool;
 
 class MemoryPoolTest : public testing::Test {
@@ -28,14 +27,15 @@ protected:
   /// Which of the next allocations succeed: '+' or '-'.
   static std::string Allocate(int count) {
     std::string outcome;
-    for (int i = 0; i < count; ++i) {
-      const du::SmartPtr<zrk::Object> object(new zrk::Object);
-      outcome += object ? '+' : '-';
-    }
+    for (int i = 0; i < count; ++i) outcome += du::SmartPtr<zrk::Object>(new zrk::Object) ? '+' : '-';
+    return outcome;
+  }
+  static std::string AllocateElsewhere(int count) {
+    std::string outcome;
+    std::thread([&] { outcome = Allocate(count); }).join();
     return outcome;
   }
 
-private:
   const std::size_t liveBefore_ = MemoryPool::GetLiveCount();
 };
 
@@ -54,48 +54,37 @@ TEST_F(MemoryPoolTest, FailsExactlyTheArmedAllocations) {
 }
 
 TEST_F(MemoryPoolTest, CountsAllocationsAndNotFaults) {
-  const std::size_t live = MemoryPool::GetLiveCount();
   const std::size_t total = MemoryPool::GetTotalCount();
   MemoryPool::FailAfter(1, 1);
   const du::SmartPtr<zrk::Object> kept(new zrk::Object);
   EXPECT_EQ(Allocate(2), "-+");
-  EXPECT_EQ(MemoryPool::GetLiveCount(), live + 1);
+  EXPECT_EQ(MemoryPool::GetLiveCount(), liveBefore_ + 1);
   EXPECT_EQ(MemoryPool::GetTotalCount(), total + 2);
 }
 
-TEST_F(MemoryPoolTest, HostObjectsNeitherFailNorUseUpTheInjection) {
+TEST_F(MemoryPoolTest, HostObjectsAndTheirLocksNeitherFailNorUseUpTheInjection) {
   MemoryPool::FailAfter(1, 1);
-  EXPECT_TRUE(zrk::MakeObject<zrk::Object>());
-  const auto locked = zrk::MakeObject<zrk::ObjectWithRWLock>();
-  EXPECT_NE(locked->GetReadWriteLock(), nullptr);
+  EXPECT_NE(zrk::MakeObject<zrk::ObjectWithRWLock>()->GetReadWriteLock(), nullptr);
   EXPECT_EQ(Allocate(3), "+-+");
-}
-
-TEST_F(MemoryPoolTest, ObjectOfTheComponentStillGetsItsLockFromTheHost) {
   MemoryPool::FailAfter(1, 1);
-  const du::SmartPtr<zrk::ObjectWithRWLock> object(new zrk::ObjectWithRWLock);
-  ASSERT_TRUE(object);
-  EXPECT_NE(object->GetReadWriteLock(), nullptr);
+  const du::SmartPtr<zrk::ObjectWithRWLock> ofTheComponent(new zrk::ObjectWithRWLock);
+  ASSERT_TRUE(ofTheComponent);
+  EXPECT_NE(ofTheComponent->GetReadWriteLock(), nullptr);
   EXPECT_EQ(MemoryPool::GetInjectedCount(), 0U);
 }
 
 TEST_F(MemoryPoolTest, LimitedInjectionSparesOtherThreads) {
   MemoryPool::LimitToThisThread(true);
   MemoryPool::FailAlways(true);
-  std::string elsewhere;
-  std::thread([&elsewhere] { elsewhere = Allocate(3); }).join();
-  EXPECT_EQ(elsewhere, "+++");
+  EXPECT_EQ(AllocateElsewhere(3), "+++");
   EXPECT_EQ(Allocate(1), "-");
   MemoryPool::LimitToThisThread(false);
-  std::thread([&elsewhere] { elsewhere = Allocate(3); }).join();
-  EXPECT_EQ(elsewhere, "---");
+  EXPECT_EQ(AllocateElsewhere(3), "---");
 }
 
 class AddressArenaTest : public MemoryPoolTest {
 protected:
   static constexpr std::size_t kSlots = 5000;
-
-  AddressArena arena_{100, kSlots};
 
   std::vector<void*> AllocateMany(std::size_t count) {
     std::vector<void*> memory;
@@ -105,55 +94,49 @@ protected:
   void FreeAll(const std::vector<void*>& memory) {
     for (void* slot : memory) arena_.Free(slot);
   }
+
+  zrk::AddressArena arena_{100, kSlots};
 };
 
-TEST_F(AddressArenaTest, HandsOutAscendingWritableAddresses) {
-  const std::vector<void*> memory = AllocateMany(kSlots);
-  for (std::size_t i = 0; i < memory.size(); ++i) {
-    ASSERT_NE(memory[i], nullptr);
-    static_cast<char*>(memory[i])[99] = 1;
-    if (i > 0) {
-      ASSERT_GE(static_cast<char*>(memory[i]) - static_cast<char*>(memory[i - 1]), 100);
-    }
-  }
-  FreeAll(memory);
-}
-
-TEST_F(AddressArenaTest, ReusesTheLowestFreeSlotFirst) {
+TEST_F(AddressArenaTest, HandsOutAscendingWritableAddressesAndTheLowestFreeOneFirst) {
   std::vector<void*> memory = AllocateMany(4500);
-  const std::array<std::size_t, 6> freed = {4400, 70, 4223, 3, 64, 4096};
-  for (const std::size_t index : freed) arena_.Free(memory[index]);
+  const char* end = nullptr;
+  for (void* slot : memory) {
+    ASSERT_GE(slot, end);
+    static_cast<char*>(slot)[99] = 1;
+    end = static_cast<char*>(slot) + 100;
+  }
+  for (const std::size_t index : {4400U, 70U, 4223U, 3U, 64U, 4096U}) arena_.Free(memory[index]);
   for (const std::size_t index : {3U, 64U, 70U, 4096U, 4223U, 4400U}) {
     EXPECT_EQ(arena_.Allocate(10), memory[index]) << index;
   }
-  void* next = arena_.Allocate(10);
-  EXPECT_GT(next, memory.back());
-  memory.push_back(next);
+  memory.push_back(arena_.Allocate(10));
+  EXPECT_GE(memory.back(), end);
   FreeAll(memory);
 }
 
 TEST_F(AddressArenaTest, FallsBackToThePoolWhenItIsFullOrTheObjectTooLarge) {
   std::vector<void*> memory = AllocateMany(kSlots + 3);
   memory.push_back(arena_.Allocate(arena_.GetSlotSize() + 1));
-  EXPECT_EQ(std::set<void*>(memory.begin(), memory.end()).size(), memory.size());
-  EXPECT_EQ(std::set<void*>(memory.begin(), memory.end()).count(nullptr), 0U);
+  const std::set<void*> different(memory.begin(), memory.end());
+  EXPECT_EQ(different.size(), memory.size());
+  EXPECT_EQ(different.count(nullptr), 0U);
   FreeAll(memory);
   arena_.Free(nullptr);
 }
 
 TEST_F(AddressArenaTest, HonoursInjectedFaultsOnceAnAllocation) {
   MemoryPool::FailAfter(1, 2);
-  const std::vector<void*> memory = AllocateMany(4);
+  std::vector<void*> memory = AllocateMany(4);
   EXPECT_NE(memory[0], nullptr);
   EXPECT_EQ(memory[1], nullptr);
   EXPECT_EQ(memory[2], nullptr);
   EXPECT_GT(memory[3], memory[0]);
   EXPECT_EQ(MemoryPool::GetInjectedCount(), 2U);
   MemoryPool::FailAfter(1, 1);
-  void* large = arena_.Allocate(arena_.GetSlotSize() + 1);
-  EXPECT_NE(large, nullptr);
+  memory.push_back(arena_.Allocate(arena_.GetSlotSize() + 1));
+  EXPECT_NE(memory.back(), nullptr);
   EXPECT_EQ(arena_.Allocate(100), nullptr);
-  arena_.Free(large);
   FreeAll(memory);
 }
 

@@ -41,38 +41,27 @@ bool IsGranted(const std::future<void>& request, std::chrono::milliseconds time)
 
 struct Nesting {
   const char* name;
-  std::vector<Mode> taken;
-  std::vector<Mode> released;
+  std::vector<Mode> taken, released;
 };
 
-class ReadWriteLockNestingTest : public testing::TestWithParam<Nesting> {};
-
-TEST_P(ReadWriteLockNestingTest, KeepsOthersOutUntilTheLastUnlock) {
-  ReadWriteLock lock;
-  for (const Mode mode : GetParam().taken) Lock(lock, mode);
-  std::future<void> writer = Request(lock, kWrite);
-  for (const Mode mode : GetParam().released) {
-    EXPECT_TRUE(lock.IsHeldByThisThread());
-    EXPECT_FALSE(IsGranted(writer, kShort));
-    Unlock(lock, mode);
+TEST(ReadWriteLockTest, KeepsOthersOutUntilTheLastUnlock) {
+  for (const Nesting& nesting : {Nesting{"read in read", {kRead, kRead, kRead}, {kRead, kRead, kRead}},
+                                 Nesting{"write in write", {kWrite, kWrite}, {kWrite, kWrite}},
+                                 Nesting{"read in write", {kWrite, kRead}, {kRead, kWrite}},
+                                 Nesting{"write released before read", {kWrite, kRead}, {kWrite, kRead}},
+                                 Nesting{"upgrade of the only reader", {kRead, kWrite}, {kWrite, kRead}}}) {
+    SCOPED_TRACE(nesting.name);
+    ReadWriteLock lock;
+    for (const Mode mode : nesting.taken) Lock(lock, mode);
+    const std::future<void> writer = Request(lock, kWrite);
+    for (const Mode mode : nesting.released) {
+      EXPECT_TRUE(lock.IsHeldByThisThread());
+      EXPECT_FALSE(IsGranted(writer, kShort));
+      Unlock(lock, mode);
+    }
+    EXPECT_FALSE(lock.IsHeldByThisThread());
+    EXPECT_TRUE(IsGranted(writer, kLong));
   }
-  EXPECT_FALSE(lock.IsHeldByThisThread());
-  EXPECT_TRUE(IsGranted(writer, kLong));
-}
-
-INSTANTIATE_TEST_SUITE_P(, ReadWriteLockNestingTest,
-                         testing::Values(Nesting{"ReadInRead", {kRead, kRead, kRead}, {kRead, kRead, kRead}},
-                                         Nesting{"WriteInWrite", {kWrite, kWrite}, {kWrite, kWrite}},
-                                         Nesting{"ReadInWrite", {kWrite, kRead}, {kRead, kWrite}},
-                                         Nesting{"WriteReleasedBeforeRead", {kWrite, kRead}, {kWrite, kRead}},
-                                         Nesting{"UpgradeOfTheOnlyReader", {kRead, kWrite}, {kWrite, kRead}}),
-                         [](const auto& tested) { return tested.param.name; });
-
-TEST(ReadWriteLockTest, ReadersShareAndWritersDoNot) {
-  ReadWriteLock lock;
-  const ReadWriteLock::ReadGuard reading(&lock);
-  EXPECT_TRUE(IsGranted(Request(lock, kRead), kLong));
-  EXPECT_FALSE(lock.IsWriteHeldByThisThread());
 }
 
 TEST(ReadWriteLockTest, NestedReadIsGrantedAndNewReaderQueuesWhenWriterWaits) {
@@ -80,6 +69,8 @@ TEST(ReadWriteLockTest, NestedReadIsGrantedAndNewReaderQueuesWhenWriterWaits) {
   std::future<void> writer, reader;
   {
     const ReadWriteLock::ReadGuard outer(&lock);
+    EXPECT_TRUE(IsGranted(Request(lock, kRead), kLong)) << "readers share";
+    EXPECT_FALSE(lock.IsWriteHeldByThisThread());
     writer = Request(lock, kWrite);
     ASSERT_FALSE(IsGranted(writer, kShort));
     const ReadWriteLock::ReadGuard inner(&lock);  // hangs here when nested readers queue
@@ -103,12 +94,13 @@ TEST(ReadWriteLockTest, OthersMayReadOnceTheWriteIsReleasedInsideARead) {
     lock.WriteLock();
   }
   EXPECT_TRUE(lock.IsHeldByThisThread());
+  const ReadWriteLock::ReadGuard unlockedReading(nullptr);
+  const ReadWriteLock::WriteGuard unlockedWriting(nullptr);
 }
 
 TEST(ReadWriteLockTest, UpgradeWaitsForTheOtherReaders) {
   ReadWriteLock lock;
-  std::promise<void> release;
-  std::promise<void> isReading;
+  std::promise<void> release, isReading;
   std::thread other([&] {
     const ReadWriteLock::ReadGuard guard(&lock);
     isReading.set_value();
@@ -146,11 +138,6 @@ TEST(ReadWriteLockTest, WritersExcludeEachOtherUnderLoad) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(guarded, 4 * 500 * 2);
   EXPECT_EQ(torn, 0);
-}
-
-TEST(ReadWriteLockTest, GuardsRunUnlockedWithoutALock) {
-  const ReadWriteLock::ReadGuard reading(nullptr);
-  const ReadWriteLock::WriteGuard writing(nullptr);
 }
 
 void UpgradeTwice() {

@@ -16,8 +16,7 @@ namespace {
 using du::SmartPtr;
 using zrk::MakeObject;
 
-class RecordingListener final : public zrk::SceneListener {
-public:
+struct RecordingListener final : zrk::SceneListener {
   void OnViewAttached(const SmartPtr<zrk::View>&) override { log += "view;"; }
   void OnSceneDestroy() override { log += "destroy;"; }
   void OnBackgroundColor(const SmartPtr<zrk::ShapeView>&) override { log += "background;"; }
@@ -44,65 +43,49 @@ protected:
   const SmartPtr<RecordingListener> second_{new RecordingListener};
 };
 
-TEST_F(SceneTest, AnnouncesItsFirstView) {
+TEST_F(SceneTest, FirstViewAndItsEventsReachEveryListener) {
+  view_->SetWindowSize(800, 600);
   EXPECT_FALSE(scene_->GetView(0));
   EXPECT_EQ(scene_->AddView(view_), 0U);
   EXPECT_EQ(scene_->AddView(MakeObject<zrk::ShapeView>()), 1U);
   EXPECT_EQ(scene_->AddView(nullptr), 2U);
   EXPECT_FALSE(scene_->GetView(2));
-  EXPECT_EQ(first_->log, "view;");
   EXPECT_EQ(view_->GetShapeScene(), scene_);
-}
-
-TEST_F(SceneTest, ViewEventsReachEveryListener) {
-  view_->SetWindowSize(800, 600);
-  scene_->AddView(view_);
   view_->SetBackgroundColors(dg::Color(1, 1, 1, 1), dg::Color(), dg::Color());
   view_->SetWindowSize(640, 480);
   EXPECT_EQ(first_->log, "view;background;window;");
   EXPECT_EQ(second_->log, first_->log);
-  EXPECT_EQ(view_->GetWindowHeight(), 480);
 }
 
 TEST_F(SceneTest, TimerShowsTheCameraMoveOnceToEachListener) {
   scene_->AddView(view_);
-  first_->log.clear();
-  second_->log.clear();
   dg::Camera3D camera;
   camera.SetParallel({}, {0, 1, 0}, {0, 0, 1}, 2, 100, 100);
   view_->SetCamera(camera);
-  EXPECT_EQ(first_->log, "");
+  EXPECT_EQ(first_->log, "view;");
   view_->FireTimeout();
   view_->FireTimeout();
-  EXPECT_EQ(first_->log, "moved;same;");
-  EXPECT_EQ(second_->log, "moved;same;");
+  EXPECT_EQ(first_->log, "view;moved;same;");
+  EXPECT_EQ(second_->log, first_->log);
 }
 
 TEST_F(SceneTest, DestroyAnnouncesWhileCompleteThenLetsGoSilently) {
   scene_->AddView(view_);
-  first_->log.clear();
   const SmartPtr<zrk::AnnoSet> set = scene_->GetAnnoSet();
   ASSERT_TRUE(set);
   scene_->Destroy();
   scene_->Destroy();
-  EXPECT_EQ(first_->log, "destroy;");
   EXPECT_FALSE(scene_->GetAnnoSet());
   EXPECT_FALSE(set->GetScene());
   EXPECT_FALSE(view_->GetScene());
   view_->SetWindowSize(1, 1);
-  EXPECT_EQ(first_->log, "destroy;");
+  EXPECT_EQ(first_->log, "view;destroy;");
 }
 
-TEST_F(SceneTest, ViewOutlivesItsScene) {
-  SmartPtr<zrk::ShapeScene> scene = MakeObject<zrk::ShapeScene>();
-  const auto view = MakeObject<zrk::ShapeView>();
-  scene->AddView(view);
-  scene.Reset();
-  EXPECT_FALSE(view->GetScene());
-  view->FireTimeout();
-}
-
-TEST_F(SceneTest, DirtyCountsMarksOnly) {
+TEST_F(SceneTest, ViewOutlivesItsSceneAndCountsDirtyMarksOnly) {
+  MakeObject<zrk::ShapeScene>()->AddView(view_);
+  EXPECT_FALSE(view_->GetScene());
+  view_->FireTimeout();
   view_->SetDirty(true);
   view_->SetDirty(false);
   EXPECT_FALSE(view_->IsDirty());
@@ -127,24 +110,21 @@ TEST_F(SceneTest, UserDataIsKeptByKeyAndNotCopied) {
 }
 
 TEST(ClassTypeTest, ObjectsAnswerByRecordAndBases) {
-  class Typed : public zrk::Object {
-  public:
-    explicit Typed(const zrk::ClassType& type) : type_(type) {}
-    const zrk::ClassType& GetClassType() const override { return type_; }
-
-  private:
-    const zrk::ClassType& type_;
+  struct Typed : zrk::Object {
+    explicit Typed(const zrk::ClassType& ownType) : type(ownType) {}
+    const zrk::ClassType& GetClassType() const override { return type; }
+    const zrk::ClassType& type;
   };
+  const zrk::ClassType &base = zrk::Object::GetObjectClassType(), stranger("test::Stranger", nullptr);
   {
-    const zrk::ClassType type("test::Typed", &zrk::Object::GetObjectClassType());
-    const zrk::ClassType stranger("test::Stranger", nullptr);
+    const zrk::ClassType type("test::Typed", &base);
     const auto object = MakeObject<Typed>(type);
     EXPECT_TRUE(object->IsATypeOfId(type.GetId()));
-    EXPECT_TRUE(object->IsATypeOfId(zrk::Object::GetObjectClassType().GetId()));
+    EXPECT_TRUE(object->IsATypeOfId(base.GetId()));
     EXPECT_FALSE(object->IsATypeOfId(stranger.GetId()));
     std::vector<const zrk::ClassType*> types;
     object->GetClassTypes(types);
-    EXPECT_EQ(types, (std::vector<const zrk::ClassType*>{&type, &zrk::Object::GetObjectClassType()}));
+    EXPECT_EQ(types, (std::vector{&type, &base}));
     EXPECT_EQ(zrk::ClassType::Find("test::Typed"), &type);
   }
   EXPECT_EQ(zrk::ClassType::Find("test::Typed"), nullptr);

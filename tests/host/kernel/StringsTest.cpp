@@ -18,14 +18,11 @@ using du::Symbol;
 
 constexpr const char* kCatalogue = "zrbase:zrmodulesStrings";
 
-TEST(SymbolTest, EmptySymbolsAreOne) {
+TEST(SymbolTest, EmptySymbolsAreOneAndOrderIsByTextWhateverTheOrderOfInterning) {
   EXPECT_EQ(Symbol(), Symbol(""));
   EXPECT_EQ(Symbol(static_cast<const char*>(nullptr)), Symbol::EMPTY);
   EXPECT_EQ(Symbol::EMPTY.GetString(), "");
   EXPECT_NE(Symbol(" "), Symbol::EMPTY);
-}
-
-TEST(SymbolTest, OrdersByTextWhateverTheOrderOfInterning) {
   const Symbol late("symbol-order-b"), early("symbol-order-a");
   EXPECT_TRUE(early < late);
   EXPECT_FALSE(late < early);
@@ -76,38 +73,26 @@ TEST_F(LocalizationTest, MissingMessageLeavesTheTextAlone) {
   EXPECT_EQ(text, "english");
 }
 
-TEST_F(LocalizationTest, HandlesShareTheirRecord) {
-  const LocalizableString original = LocalizableString::Create("key", "source");
-  LocalizableString copy = original;
-  EXPECT_TRUE(original.IsEnabled());
+TEST_F(LocalizationTest, HandlesShareTheirRecordAndCopiesOfLocalesDoNot) {
+  LocalizableString from = LocalizableString::Create("old", "old source"), copy = from;
+  EXPECT_TRUE(from.IsEnabled());
+  copy.SetLocaleText("de", "alt");
   copy.SetDeleted(true);
-  EXPECT_TRUE(original.IsDeleted());
-  EXPECT_FALSE(original.IsEnabled());
-  copy.SetDeleted(false);
-  copy.SetLocaleText("de", "Quelle");
-  Localizer::SetCurrentLanguage("de");
-  EXPECT_EQ(original.GetText(), Symbol("Quelle"));
-  Localizer::SetCurrentLanguage("fr");
-  EXPECT_EQ(original.GetText(), Symbol("source"));
-}
-
-TEST_F(LocalizationTest, CopyLocalesTakesTextsAndNothingElse) {
-  LocalizableString from = LocalizableString::Create("old", "old source");
-  from.SetLocaleText("de", "alt");
-  from.SetDeleted(true);
+  EXPECT_TRUE(from.IsDeleted());
+  EXPECT_FALSE(from.IsEnabled());
   LocalizableString to = LocalizableString::Create("new", "new source");
   to.CopyLocales(from);
   EXPECT_FALSE(to.IsSameRecord(from));
   EXPECT_FALSE(to.IsDeleted());
   EXPECT_EQ(to.GetText(), Symbol("new source"));
   Localizer::SetCurrentLanguage("de");
+  EXPECT_EQ(from.GetText(), Symbol("alt"));
   EXPECT_EQ(to.GetText(), Symbol("alt"));
 }
 
 TEST_F(LocalizationTest, DefaultHandleIsEmptyDisabledAndItsOwn) {
   LocalizableString string;
   const LocalizableString copy = string;
-  EXPECT_TRUE(string.IsEmpty());
   EXPECT_FALSE(string.IsEnabled());
   EXPECT_FALSE(string.IsSameRecord(copy));
   string.CopyLocales(copy);

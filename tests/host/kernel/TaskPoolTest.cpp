@@ -17,21 +17,22 @@ namespace {
 using du::SmartPtr;
 using du::TaskPool;
 
-class FunctionTask final : public du::Task {
-public:
-  explicit FunctionTask(std::function<void()> function) : function_(std::move(function)) {}
-  void Run() override { function_(); }
-
-private:
-  std::function<void()> function_;
-};
-
 SmartPtr<du::Task> MakeTask(std::function<void()> function) {
+  struct FunctionTask final : du::Task {
+    explicit FunctionTask(std::function<void()> body) : run(std::move(body)) {}
+    void Run() override { run(); }
+    const std::function<void()> run;
+  };
   return new FunctionTask(std::move(function));
 }
 
-TEST(TaskPoolTest, RunsOnTwoThreadsOfItsOwn) {
-  const SmartPtr<TaskPool> pool(new TaskPool);
+class TaskPoolTest : public testing::Test {
+protected:
+  const long liveBefore_ = du::RefCounted::GetLiveObjectCount();
+  const SmartPtr<TaskPool> pool_{new TaskPool};
+};
+
+TEST_F(TaskPoolTest, RunsOnTwoThreadsOfItsOwn) {
   std::promise<void> first, second;
   std::atomic<bool> inlineRun{false};
   const std::thread::id inserter = std::this_thread::get_id();
@@ -41,59 +42,54 @@ TEST(TaskPoolTest, RunsOnTwoThreadsOfItsOwn) {
     mine.set_value();
     other.get_future().wait();
   };
-  EXPECT_TRUE(pool->InsertTask(MakeTask([&] { meet(first, second); })));
-  EXPECT_TRUE(pool->InsertTask(MakeTask([&] { meet(second, first); })));
-  pool->WaitIdle();
+  EXPECT_TRUE(pool_->InsertTask(MakeTask([&] { meet(first, second); })));
+  EXPECT_TRUE(pool_->InsertTask(MakeTask([&] { meet(second, first); })));
+  pool_->WaitIdle();
   EXPECT_FALSE(inlineRun);
 }
 
-TEST(TaskPoolTest, ManualModeRunsWhatWaitsInOrderAndOnDemand) {
-  const SmartPtr<TaskPool> pool(new TaskPool);
-  pool->SetManual(true);
+TEST_F(TaskPoolTest, ManualModeRunsWhatWaitsInOrderAndOnDemand) {
+  pool_->SetManual(true);
   std::vector<int> order;
   for (int i = 0; i < 5; ++i) {
-    pool->InsertTask(MakeTask([&order, &pool, i] {
+    pool_->InsertTask(MakeTask([&order, this, i] {
       order.push_back(i);
-      if (i == 0) pool->InsertTask(MakeTask([&order] { order.push_back(99); }));
+      if (i == 0) pool_->InsertTask(MakeTask([&order] { order.push_back(99); }));
     }));
   }
-  pool->WaitIdle();
+  pool_->WaitIdle();
   EXPECT_TRUE(order.empty());
-  EXPECT_EQ(pool->RunPending(), 5U);
+  EXPECT_EQ(pool_->RunPending(), 5U);
   EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 3, 4}));
-  EXPECT_EQ(pool->GetPendingCount(), 1U);
-  pool->SetManual(false);
-  pool->WaitIdle();
+  EXPECT_EQ(pool_->GetPendingCount(), 1U);
+  pool_->SetManual(false);
+  pool_->WaitIdle();
   EXPECT_EQ(order.back(), 99);
 }
 
-TEST(TaskPoolTest, SurvivesExceptions) {
-  const SmartPtr<TaskPool> pool(new TaskPool);
+TEST_F(TaskPoolTest, SurvivesExceptions) {
   std::atomic<int> done{0};
   for (int i = 0; i < 4; ++i) {
-    pool->InsertTask(MakeTask([] { throw std::bad_alloc(); }));
-    pool->InsertTask(MakeTask([] { throw 1; }));
-    pool->InsertTask(MakeTask([&done] { ++done; }));
+    pool_->InsertTask(MakeTask([] { throw std::bad_alloc(); }));
+    pool_->InsertTask(MakeTask([] { throw 1; }));
+    pool_->InsertTask(MakeTask([&done] { ++done; }));
   }
-  pool->WaitIdle();
+  pool_->WaitIdle();
   EXPECT_EQ(done, 4);
-  EXPECT_EQ(pool->GetFailedCount(), 8U);
+  EXPECT_EQ(pool_->GetFailedCount(), 8U);
 }
 
-TEST(TaskPoolTest, LetsGoOfATaskBeforeItCountsAsDone) {
-  class SlowlyEndingTask final : public du::Task {
-  public:
+TEST_F(TaskPoolTest, LetsGoOfATaskBeforeItCountsAsDone) {
+  struct SlowlyEndingTask final : du::Task {
     ~SlowlyEndingTask() override { std::this_thread::sleep_for(std::chrono::milliseconds(30)); }
     void Run() override {}
   };
-  const SmartPtr<TaskPool> pool(new TaskPool);
-  const long before = du::RefCounted::GetLiveObjectCount();
-  pool->InsertTask(new SlowlyEndingTask);
-  pool->WaitIdle();
-  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
+  pool_->InsertTask(new SlowlyEndingTask);
+  pool_->WaitIdle();
+  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), liveBefore_ + 1);
 }
 
-TEST(TaskPoolTest, ShutdownFinishesWhatWaitsAndRefusesTheRest) {
+TEST_F(TaskPoolTest, ShutdownFinishesWhatWaitsAndRefusesTheRest) {
   for (const bool manual : {false, true}) {
     const SmartPtr<TaskPool> pool(new TaskPool);
     pool->SetManual(manual);
@@ -110,8 +106,7 @@ TEST(TaskPoolTest, ShutdownFinishesWhatWaitsAndRefusesTheRest) {
   }
 }
 
-TEST(TaskPoolTest, MayEndOnItsOwnThread) {
-  const long before = du::RefCounted::GetLiveObjectCount();
+TEST_F(TaskPoolTest, MayEndOnItsOwnThread) {
   SmartPtr<TaskPool> pool(new TaskPool);
   std::promise<void> dropped;
   pool->InsertTask(MakeTask([held = pool, &dropped]() mutable {
@@ -120,7 +115,7 @@ TEST(TaskPoolTest, MayEndOnItsOwnThread) {
   }));
   pool.Reset();
   dropped.set_value();
-  while (du::RefCounted::GetLiveObjectCount() > before) std::this_thread::yield();
+  while (du::RefCounted::GetLiveObjectCount() > liveBefore_ + 1) std::this_thread::yield();
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -21,24 +22,22 @@ using zrk::Scene;
 using zrk::UndoHistory;
 
 /// Writes its letter into a log: as it is when redone, preceded by '-' when undone.
-class LetterStep final : public zrk::OperationStep {
-public:
-  LetterStep(std::string& log, char letter, std::function<void()> reaction)
-      : log_(log), letter_(letter), reaction_(std::move(reaction)) {}
+struct LetterStep final : zrk::OperationStep {
+  LetterStep(std::string& text, char name, std::function<void()> onRun)
+      : log(text), letter(name), reaction(std::move(onRun)) {}
   void Undo() override {
-    log_ += '-';
+    log += '-';
     Redo();
   }
   void Redo() override {
-    log_ += letter_;
-    if (reaction_) reaction_();
+    log += letter;
+    if (reaction) reaction();
   }
-  void OnAddedToOperation() override { log_ += '+'; }
+  void OnAddedToOperation() override { log += '+'; }
 
-private:
-  std::string& log_;
-  char letter_;
-  std::function<void()> reaction_;
+  std::string& log;
+  char letter;
+  std::function<void()> reaction;
 };
 
 class UndoHistoryTest : public testing::Test {
@@ -64,25 +63,18 @@ protected:
   const SmartPtr<Scene> scene_ = MakeObject<Scene>();
 };
 
-TEST_F(UndoHistoryTest, RunsStepsBackwardsThenForwards) {
+TEST_F(UndoHistoryTest, RunsStepsBackwardsThenForwardsUntilAnotherIsRecorded) {
   Record("abc");
   const auto last = Record("de");
   EXPECT_EQ(UndoHistory::GetLast(scene_), last);
   EXPECT_TRUE(Undo());
   EXPECT_TRUE(Undo());
   EXPECT_FALSE(Undo());
-  EXPECT_EQ(log_, "-e-d-c-b-a");
-  log_.clear();
+  EXPECT_EQ(std::exchange(log_, {}), "-e-d-c-b-a");
   EXPECT_TRUE(Redo());
   EXPECT_TRUE(Redo());
   EXPECT_FALSE(Redo());
   EXPECT_EQ(log_, "abcde");
-  EXPECT_EQ(UndoHistory::GetCount(scene_), 2U);
-}
-
-TEST_F(UndoHistoryTest, RecordingEndsTheRedoList) {
-  Record("a");
-  Record("b");
   Undo();
   EXPECT_EQ(UndoHistory::GetRedoCount(scene_), 1U);
   Record("c");
@@ -99,13 +91,9 @@ TEST_F(UndoHistoryTest, IgnoresWhatIsNoNewUndoableOperation) {
   EXPECT_EQ(UndoHistory::GetCount(scene_), 1U);
   operation->AddStep(nullptr);
   EXPECT_EQ(operation->GetStepCount(), 0U);
-}
-
-TEST_F(UndoHistoryTest, StepHearsThatItJoinedAnOperation) {
-  const auto operation = MakeObject<Operation>("name", scene_, true);
   operation->AddStep(MakeObject<LetterStep>(log_, 'a', nullptr));
-  EXPECT_EQ(log_, "+");
-  EXPECT_EQ(operation->GetSteps().size(), 1U);
+  EXPECT_EQ(log_, "+") << "a step hears that it joined an operation";
+  EXPECT_EQ(operation->GetStepCount(), 1U);
 }
 
 TEST_F(UndoHistoryTest, ScenesHaveHistoriesOfTheirOwn) {
@@ -156,19 +144,15 @@ TEST_F(UndoHistoryTest, HistoryClearedByAStepStaysClear) {
 
 TEST_F(UndoHistoryTest, KeepsTheSceneUntilItIsDestroyed) {
   const long before = du::RefCounted::GetLiveObjectCount();
-  {
-    const auto scene = MakeObject<Scene>();
+  for (const bool destroy : {false, true}) {
+    auto scene = MakeObject<Scene>();
     zrk::RecordOperation(MakeOperation("a", scene));
+    if (destroy) scene->Destroy();
+    scene.Reset();
+    EXPECT_EQ(du::RefCounted::GetLiveObjectCount() == before, destroy);
+    if (!destroy) UndoHistory::Clear();
+    EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
   }
-  EXPECT_GT(du::RefCounted::GetLiveObjectCount(), before);
-  UndoHistory::Clear();
-  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
-  {
-    const auto scene = MakeObject<Scene>();
-    zrk::RecordOperation(MakeOperation("a", scene));
-    scene->Destroy();
-  }
-  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
 }
 
 }  // namespace

@@ -101,7 +101,8 @@ protected:
 
 private:
   using Edit = std::function<void(ItemValues&)>;
-  [[nodiscard]] ItemValues GetValues(unsigned itemId) const;
+  template <class T>
+  [[nodiscard]] T GetValue(unsigned itemId, T ItemValues::*value) const;
   [[nodiscard]] std::string MakeLabel(const ItemValues& values) const ZR_REQUIRES(mutex_);
   void Change(unsigned itemId, const Edit& edit, const du::SmartPtr<Operation>& operation);
   [[nodiscard]] ItemRow MakeRow(const du::SmartPtr<SbomInstance>& instance, const std::string& label)

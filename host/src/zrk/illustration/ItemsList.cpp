@@ -55,33 +55,31 @@ std::size_t ItemsList::GetObserverCount() const {
   return observers_.GetCount();
 }
 
-ItemValues ItemsList::GetValues(unsigned itemId) const {
+template <class T>
+T ItemsList::GetValue(unsigned itemId, T ItemValues::*value) const {
   const dp::MutexGuard guard(mutex_);
   const ItemRow* row = rows_.Find(itemId);
-  if (row) return row->values;
-  ItemValues none;
-  none.itemized = false;
-  return none;
+  return row ? row->values.*value : T();
 }
 
 unsigned ItemsList::GetQuantity(unsigned itemId) const {
-  return GetValues(itemId).quantity;
+  return GetValue(itemId, &ItemValues::quantity);
 }
 
 std::string ItemsList::GetItemTag(unsigned itemId) const {
-  return GetValues(itemId).tag;
+  return GetValue(itemId, &ItemValues::tag);
 }
 
 bool ItemsList::GetItemized(unsigned itemId) const {
-  return GetValues(itemId).itemized;
+  return GetValue(itemId, &ItemValues::itemized);
 }
 
 unsigned ItemsList::GetIndex(unsigned itemId) const {
-  return GetValues(itemId).index;
+  return GetValue(itemId, &ItemValues::index);
 }
 
 std::vector<std::uint32_t> ItemsList::GetHierarchyIndex(unsigned itemId) const {
-  return GetValues(itemId).hierarchyPath;
+  return GetValue(itemId, &ItemValues::hierarchyPath);
 }
 
 std::string ItemsList::MakeLabel(const ItemValues& values) const {
@@ -184,7 +182,13 @@ void ItemsList::SetHierarchyIndex(unsigned itemId, const std::vector<std::uint32
 }
 
 void ItemsList::Change(unsigned itemId, const Edit& edit, const du::SmartPtr<Operation>& operation) {
-  const ItemValues before = GetValues(itemId);
+  ItemValues before;
+  {
+    const dp::MutexGuard guard(mutex_);
+    const ItemRow* row = rows_.Find(itemId);
+    if (!row) return;
+    before = row->values;
+  }
   ItemValues after = before;
   edit(after);
   if (!SetValues(itemId, after) || !operation) return;
