@@ -82,13 +82,26 @@ void AppendEnd(const Balloon& balloon, Point2 port, std::vector<Point2>& points)
   points.push_back(BorderPoint(balloon.shape, balloon.box, port));
 }
 
-/// A leader along its route. The route's last point is where it meets the label's box; aimed at the balloon's centre
-/// the leader leaves that point out.
+/// Whether the route still ends at the label: a label that was moved since, or is seen from elsewhere, left it behind.
+bool LeadsToLabel(const FigureInput& input, const Balloon& balloon, const LeaderState& leader) {
+  constexpr double kReachPx = 2 * kPxPerMm;
+  if (leader.bends.empty()) return false;
+  const Point2 port = OnPage(input.view, leader.bends.back());
+  const Box2& box = balloon.box;
+  return port.x >= box.minX - kReachPx && port.x <= box.maxX + kReachPx && port.y >= box.minY - kReachPx &&
+         port.y <= box.maxY + kReachPx;
+}
+
+/// A leader along its route, or straight where there is none to the label. The route's last point is where it meets the
+/// label's box; aimed at the balloon's centre the leader leaves that point out.
 std::vector<Point2> RouteLeader(const FigureInput& input, const Balloon& balloon, const LeaderState& leader,
                                 bool aimAtCentre) {
   std::vector<Point2> points{OnPage(input.view, leader.anchor)};
-  for (std::size_t i = 0; i + 1 < leader.bends.size(); ++i) points.push_back(OnPage(input.view, leader.bends[i]));
-  if (aimAtCentre || leader.bends.empty()) {
+  const bool routed = LeadsToLabel(input, balloon, leader);
+  for (std::size_t i = 0; routed && i + 1 < leader.bends.size(); ++i) {
+    points.push_back(OnPage(input.view, leader.bends[i]));
+  }
+  if (aimAtCentre || !routed) {
     points.push_back(BorderPoint(balloon.shape, balloon.box, points.back()));
     return points;
   }

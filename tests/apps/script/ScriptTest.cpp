@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <utility>
@@ -220,6 +221,21 @@ TEST(ScriptTest, SecondModelTakesThePlaceOfTheFirst) {
       RunScript(kGenerate + "dump\nlanguage de\n" + kTranslated + "callouts\nundo\nwrite f.csv\n");
   EXPECT_EQ(result.exitCode, 0) << result.errors;
   EXPECT_NE(result.output.find("Pos. 8: 1 St."), std::string::npos);
+}
+
+// A route that led to the label's old place is given up: each leader goes straight from its part to the label.
+TEST(ScriptTest, LeadersOfAlignedLabelsGoStraight) {
+  const fixtures::ScratchFolder folder;
+  std::ofstream(folder.Path() / "s.zrf") << kGenerate << "align axis-y 1 2 3 4 5 6 7 8\nwrite f.svg\n";
+  const ProgramResult result = fixtures::RunProgram({"run", "s.zrf"}, folder.Path());
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  const std::string svg = fixtures::ReadFile(folder.Path() / "f.svg");
+  for (const char* leader : {"leader-1-1", "leader-2-1", "leader-5-1", "leader-8-1"}) {
+    const auto path = svg.find(" d=\"", svg.find(leader));
+    ASSERT_NE(path, std::string::npos) << leader;
+    const std::string d = svg.substr(path, svg.find("/>", path) - path);
+    EXPECT_EQ(std::count(d.begin(), d.end(), 'L'), 1) << leader << d;
+  }
 }
 
 }  // namespace
