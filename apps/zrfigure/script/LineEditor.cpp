@@ -66,6 +66,9 @@ public:
 
   std::optional<std::string> ReadLine() {
     int count = 0;
+    // The library shows the prompt first and takes the terminal over then: a Ctrl-D in between would be lost, and a
+    // Ctrl-C would end the program.
+    el_set(editor_, EL_PREP_TERM, 1);
     const char* const line = el_gets(editor_, &count);
     if (line == nullptr || count <= 0) return std::nullopt;
     Remember(line);

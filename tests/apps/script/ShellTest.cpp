@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdlib>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,9 @@ public:
   [[nodiscard]] const std::string& Seen() const { return seen_; }
 
   int WaitForEnd() {
+    while (Shows("\n")) {  // up to the end of its output, or 20 s of silence
+    }
+    kill(child_, SIGKILL);
     int status = 0;
     waitpid(std::exchange(child_, -1), &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
