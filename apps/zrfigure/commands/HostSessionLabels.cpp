@@ -31,11 +31,6 @@ std::vector<du::SmartPtr<Callout>> CalloutsOf(const zrk::illustration::Illustrat
   return callouts;
 }
 
-// The route led to the label's old place.
-void StraightenLeaders(const Callout& callout) {
-  for (const auto& leader : callout.GetLeaders()) leader->SetBendPoints({});
-}
-
 dg::Location InFrame(const Callout& callout, const dg::DPoint3D& position) {
   dg::DMat44 toFrame = callout.GetLabelFrame().GetXform();
   toFrame.Invert();
@@ -60,7 +55,6 @@ void HostSession::MoveLabels(const std::vector<LabelMove>& moves) {
     const dg::Location target = InFrame(*callout, dg::DPoint3D(to.x, to.y, to.z));
     auto step = zrk::MakeObject<zrannotations::MoveOperationStep>(callout, 0, from, target, true);
     runOperation_ ? runOperation_->AddStep(step) : step->Redo();
-    StraightenLeaders(*callout);
   }
 }
 
@@ -77,12 +71,9 @@ bool HostSession::AlignLabels(zrcallouts::Align_Mode mode, bool distribute, std:
   zrcallouts::Align::Annotations annotations(callouts.begin(), callouts.end());
   const auto operation = zrk::MakeObject<zrk::Operation>("align", scene_, true);
   const du::SmartPtr<zrcallouts::Align> align(new zrcallouts::Align(annotations, mode, distribute, view_, operation));
-  if (!align->Execute({})) {
-    error = "these labels cannot be lined up";
-    return false;
-  }
-  for (const auto& callout : callouts) StraightenLeaders(*callout);
-  return true;
+  if (align->Execute({})) return true;
+  error = "these labels cannot be lined up";
+  return false;
 }
 
 }  // namespace zrfigure

@@ -102,7 +102,6 @@ bool SheetCallouts::Align(zrcallouts::Align_Mode mode, bool distribute, std::str
                        : "there are fewer than two labels to line up";
     return false;
   }
-  moved_ = true;
   return true;
 }
 
@@ -118,7 +117,6 @@ std::vector<CalloutState> SheetCallouts::GetCallouts() const {
     state.text = entry.callout->GetTextElement()->GetString().GetString();
     state.label = InSpace(view_, entry.callout->GetPosition(), state.label);
     state.leaders.front().anchor = InSpace(view_, entry.callout->GetAnchor(), state.leaders.front().anchor);
-    if (moved_) state.leaders.front().bends.clear();
     states.push_back(std::move(state));
   }
   return states;

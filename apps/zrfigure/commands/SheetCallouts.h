@@ -54,7 +54,6 @@ private:
   du::SmartPtr<zrk::illustration2d::Scene2D> scene_;
   du::SmartPtr<zrk::illustration2d::View2D> sheet_;
   std::vector<Entry> entries_;
-  bool moved_ = false;
 };
 
 }  // namespace zrfigure
