@@ -5,11 +5,9 @@
 #include <filesystem>
 
 #include "commands/CommandFailure.h"
+#include "commands/FigureFiles.h"
 #include "commands/FigureMaker.h"
 #include "commands/OutputFiles.h"
-#include "drawing/FigureExport.h"
-#include "drawing/HtmlWriter.h"
-#include "drawing/SvgWriter.h"
 
 namespace zrfigure {
 namespace {
@@ -25,38 +23,17 @@ void CheckOutputs(const Options& options) {
       throw CommandFailure{path + ": is the model itself"};
     }
   }
-}
-
-void AddFigure(const std::string& figure, const std::vector<Figure>& figurePages, OutputFiles& outputs) {
-  if (LowerExtension(figure) == ".html") {
-    outputs.Add(figure, WriteHtml(figurePages));
-    return;
-  }
-  std::vector<std::string> pages;
-  for (const Figure& page : figurePages) pages.push_back(WriteSvg(page));
-  FigureFormat format = FigureFormat::Svg;
-  std::string error;
-  if (!FormatOfPath(figure, format, error)) throw CommandFailure{error};
-  const bool onePerFile = format != FigureFormat::Pdf;
-  for (std::size_t i = 0; i < (onePerFile ? pages.size() : 1); ++i) {
-    const std::vector<std::string> content = onePerFile ? std::vector<std::string>{pages[i]} : pages;
-    std::string bytes;
-    if (!RenderFigure(content, format, {}, bytes, error)) throw CommandFailure{figure + ": " + error};
-    fs::path path = figure;
-    if (i > 0) path.replace_filename(path.stem().string() + "-" + std::to_string(i + 1) + path.extension().string());
-    outputs.Add(path, std::move(bytes));
+  if (!options.parts.empty() && fs::weakly_canonical(options.parts) == fs::weakly_canonical(options.figure)) {
+    throw CommandFailure{options.parts + ": is the figure itself"};
   }
 }
 
 void WriteOutputs(const Options& options, FigureDocument& document) {
   const auto begin = std::chrono::steady_clock::now();
   OutputFiles outputs;
-  AddFigure(options.figure, document.pages, outputs);
-  if (!options.parts.empty()) {
-    const bool json = LowerExtension(options.parts) == ".json";
-    outputs.Add(options.parts, json ? PartsListToJson(document.list) : PartsListToCsv(document.list));
-  }
   std::string error;
+  if (!AddFigureFiles(options.figure, document.pages, outputs, error)) throw CommandFailure{error};
+  if (!options.parts.empty()) AddPartsListFile(options.parts, document.list, options.language, outputs);
   if (!outputs.Commit(error)) throw CommandFailure{error};
   document.report.outputs = outputs.Paths();
   document.report.seconds.draw += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();

@@ -17,12 +17,13 @@ struct Headings {
   const char* quantity;
   const char* name;
   const char* material;
+  const char* tag;
 };
 
-constexpr Headings kHeadings[] = {{"en", "Item", "Qty", "Name", "Material"},
-                                  {"de", "Pos.", "Menge", "Benennung", "Werkstoff"},
-                                  {"fr", "Rep.", "Qté", "Désignation", "Matière"},
-                                  {"ja", "番号", "数量", "名称", "材質"}};
+constexpr Headings kHeadings[] = {{"en", "Item", "Qty", "Name", "Material", "Tag"},
+                                  {"de", "Pos.", "Menge", "Benennung", "Werkstoff", "Kennzeichen"},
+                                  {"fr", "Rep.", "Qté", "Désignation", "Matière", "Étiquette"},
+                                  {"ja", "番号", "数量", "名称", "材質", "タグ"}};
 
 const Headings& HeadingsIn(const std::string& language) {
   for (const Headings& headings : kHeadings) {
@@ -169,6 +170,25 @@ PartsTable ComposeTable(const PartsList& list, const std::string& language, bool
   for (const PartsListItem& item : list.items) {
     TableRow row{item.itemId, {item.number, std::to_string(item.quantity), item.name}, item.shown};
     if (materials) row.cells.push_back(MaterialOf(item));
+    table.rows.push_back(std::move(row));
+  }
+  return table;
+}
+
+PartsTable ComposeFullTable(const PartsList& list, const std::string& language) {
+  const Headings& headings = HeadingsIn(language);
+  const bool tags = std::ranges::any_of(list.items, [](const PartsListItem& item) { return !item.tag.empty(); });
+  const std::vector<std::string> properties = PropertyNames(list);
+  PartsTable table;
+  table.columns = {{headings.number, TextAlign::Right}, {headings.quantity, TextAlign::Right}};
+  if (tags) table.columns.push_back({headings.tag});
+  table.columns.push_back({headings.name});
+  for (const std::string& name : properties) table.columns.push_back({name == "material" ? headings.material : name});
+  for (const PartsListItem& item : list.items) {
+    TableRow row{item.itemId, {item.number, std::to_string(item.quantity)}, item.shown};
+    if (tags) row.cells.push_back(item.tag);
+    row.cells.push_back(item.name);
+    for (const std::string& name : properties) row.cells.push_back(PropertyOf(item, name));
     table.rows.push_back(std::move(row));
   }
   return table;

@@ -38,6 +38,9 @@ struct FigureInput {
 /// material.
 [[nodiscard]] PartsTable ComposeTable(const PartsList& list, const std::string& language, bool withMaterial);
 
+/// The list as a table of all that is known: number, quantity, tag when any item has one, name, properties.
+[[nodiscard]] PartsTable ComposeFullTable(const PartsList& list, const std::string& language);
+
 /// An "item-not-visible" for each item that has a callout and no part that can be seen in any picture. The items are
 /// those of the last picture.
 [[nodiscard]] std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures);

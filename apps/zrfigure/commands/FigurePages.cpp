@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "commands/FigurePlan.h"
-#include "drawing/SvgWriter.h"
 
 namespace zrfigure {
 
@@ -23,6 +22,7 @@ std::vector<ItemState> PlannedItems(const std::vector<PlannedRow>& rows) {
 std::vector<Figure> DividePages(Figure figure, const PartsList& list, const PageSetup& setup, const TextMeasure& text) {
   PagePlan plan = PlanPageWithList(setup.page, list, setup.language, text, setup.listPlace);
   figure.title = setup.title;
+  figure.language = setup.language;
   figure.page = setup.page;
   if (setup.leaderWeightMm > 0) figure.lineWidths.leader = setup.leaderWeightMm;
   figure.table = std::move(plan.table);
@@ -30,17 +30,11 @@ std::vector<Figure> DividePages(Figure figure, const PartsList& list, const Page
   for (PartsTable& table : plan.furtherPages) {
     Figure page;
     page.title = setup.title;
+    page.language = setup.language;
     page.page = setup.page;
     page.table = std::move(table);
     pages.push_back(std::move(page));
   }
-  return pages;
-}
-
-std::vector<std::string> WritePages(Figure figure, const PartsList& list, const PageSetup& setup,
-                                    const TextMeasure& text) {
-  std::vector<std::string> pages;
-  for (const Figure& page : DividePages(std::move(figure), list, setup, text)) pages.push_back(WriteSvg(page));
   return pages;
 }
 

@@ -30,8 +30,4 @@ struct PageSetup {
 [[nodiscard]] std::vector<Figure> DividePages(Figure figure, const PartsList& list, const PageSetup& setup,
                                               const TextMeasure& text);
 
-/// The same, each page an SVG document.
-[[nodiscard]] std::vector<std::string> WritePages(Figure figure, const PartsList& list, const PageSetup& setup,
-                                                  const TextMeasure& text);
-
 }  // namespace zrfigure

@@ -55,7 +55,7 @@ void DefineFiles(CLI::App& app, RawOptions& raw) {
                  "Figure to write: .svg .pdf .png .html (default: the model's name with .svg)")
       ->type_name("FILE")
       ->group("Files");
-  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json")->type_name("FILE")->group("Files");
+  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json .html")->type_name("FILE")->group("Files");
 }
 
 void DefineCheckedFile(CLI::App& app, RawOptions& raw) {
@@ -274,7 +274,7 @@ Options Convert(const RawOptions& raw, bool check) {
   options.figure = raw.figure;
   if (raw.figure.empty()) options.figure = std::filesystem::path(raw.model).filename().stem().string() + ".svg";
   RequireExtension("--output", options.figure, {".svg", ".pdf", ".png", ".html"});
-  if (!raw.parts.empty()) RequireExtension("--parts", raw.parts, {".csv", ".json"});
+  if (!raw.parts.empty()) RequireExtension("--parts", raw.parts, {".csv", ".json", ".html"});
   options.parts = raw.parts;
   options.directions = ConvertViews(raw.views);
   options.page = ConvertPage(raw);

@@ -110,7 +110,8 @@ struct PartsTable {
 
 /// Everything on one page.
 struct Figure {
-  std::string title;  ///< The document's title; not drawn.
+  std::string title;            ///< The document's title; not drawn.
+  std::string language = "en";  ///< Of what is written round the drawing.
   Page page;
   LineWidths lineWidths;
   std::vector<Box2> drawings;  ///< Boxes of the model, one a picture of it.

@@ -14,7 +14,6 @@
 #include <memory>
 #include <set>
 
-#include "drawing/AtomicFile.h"
 #include "drawing/SvgPath.h"
 #include "drawing/SvgReader.h"
 
@@ -250,11 +249,6 @@ bool RenderPdf(const std::vector<std::string>& svgPages, std::string& bytes, std
   return status == CAIRO_STATUS_SUCCESS || Fail(error, cairo_status_to_string(status));
 }
 
-std::filesystem::path PagePath(const std::filesystem::path& path, std::size_t page) {
-  if (page == 1) return path;
-  return path.parent_path() / (path.stem().string() + "-" + std::to_string(page) + path.extension().string());
-}
-
 }  // namespace
 
 bool FormatOfPath(const std::filesystem::path& path, FigureFormat& format, std::string& error) {
@@ -281,29 +275,6 @@ bool RenderFigure(const std::vector<std::string>& svgPages, FigureFormat format,
   if (svgPages.size() > 1) return Fail(error, "only PDF holds several pages in a file");
   if (format == FigureFormat::Png) return RenderPng(svgPages.front(), options.pngDpi, bytes, error);
   bytes = svgPages.front();
-  return true;
-}
-
-bool WriteFigure(const std::filesystem::path& path, const std::vector<std::string>& svgPages,
-                 const ExportOptions& options, std::vector<std::filesystem::path>& written, std::string& error) {
-  FigureFormat format{};
-  if (!FormatOfPath(path, format, error)) return false;
-  std::vector<std::vector<std::string>> files;
-  if (format == FigureFormat::Pdf) {
-    files.push_back(svgPages);
-  } else {
-    for (const std::string& page : svgPages) files.push_back({page});
-  }
-  if (svgPages.empty()) return Fail(error, "it has no page");
-  std::vector<std::string> rendered(files.size());
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    if (!RenderFigure(files[i], format, options, rendered[i], error)) return false;
-  }
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    const std::filesystem::path file = PagePath(path, i + 1);
-    if (!WriteFileAtomically(file, rendered[i], error)) return false;
-    written.push_back(file);
-  }
   return true;
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// Figures to files: SVG as it is, PNG and PDF rendered from that SVG.
+// Figures as bytes: SVG as it is, PNG and PDF rendered from that SVG.
 
 #include <filesystem>
 #include <string>
@@ -20,12 +20,5 @@ struct ExportOptions {
 /// or fixed when that is not set, so that equal pages give equal bytes. `pages` of a PNG must be one.
 [[nodiscard]] bool RenderFigure(const std::vector<std::string>& svgPages, FigureFormat format,
                                 const ExportOptions& options, std::string& bytes, std::string& error);
-
-/// Writes the pages by the extension of `path`: a PDF holds all; for SVG and PNG page n > 1 goes to
-/// `<stem>-<n><extension>`. Everything is rendered before the first file is touched; each file appears whole or not at
-/// all. \return false with one line in `error`; `written` gets the files in page order.
-[[nodiscard]] bool WriteFigure(const std::filesystem::path& path, const std::vector<std::string>& svgPages,
-                               const ExportOptions& options, std::vector<std::filesystem::path>& written,
-                               std::string& error);
 
 }  // namespace zrfigure

@@ -6,6 +6,7 @@
 
 #include <pugixml.hpp>
 
+#include "drawing/HtmlTexts.h"
 #include "drawing/SvgPath.h"
 #include "drawing/SvgWriter.h"
 #include "drawing/WebAssets.h"
@@ -83,19 +84,18 @@ void AddRows(pugi::xml_node body, const PartsTable& list) {
 }
 
 /// One table of the lists of all pages.
-std::string ListOf(const std::vector<Figure>& pages) {
+std::string ListOf(const std::vector<const PartsTable*>& lists) {
   pugi::xml_document document;
   pugi::xml_node table = document.append_child("table");
   table.append_attribute("role") = "grid";
   pugi::xml_node body;
-  for (const Figure& page : pages) {
-    if (!page.table) continue;
+  for (const PartsTable* list : lists) {
     if (!body) {
       pugi::xml_node head = table.append_child("thead").append_child("tr");
-      for (const TableColumn& column : page.table->columns) AddCell(head, "th", column, column.title);
+      for (const TableColumn& column : list->columns) AddCell(head, "th", column, column.title);
       body = table.append_child("tbody");
     }
-    AddRows(body, *page.table);
+    AddRows(body, *list);
   }
   return Markup(table);
 }
@@ -106,28 +106,44 @@ std::string Escaped(const std::string& text) {
   return Markup(document);
 }
 
-}  // namespace
-
-std::string WriteHtml(const std::vector<Figure>& pages) {
-  const std::string title = Escaped(pages.empty() ? std::string() : pages.front().title);
-  std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n";
-  html += "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" + title +
+/// `pictures` may be empty.
+std::string PageOf(const std::string& title, const HtmlTexts& texts, const std::string& pictures,
+                   const std::vector<const PartsTable*>& lists) {
+  const std::string search = texts.search, heading = Escaped(title);
+  std::string html =
+      std::string("<!DOCTYPE html>\n<html lang=\"") + texts.language + "\">\n<head>\n<meta charset=\"utf-8\">\n";
+  html += "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" + heading +
           "</title>\n<style>\n";
   html += kFigureStyle;
-  html += "</style>\n</head>\n<body>\n<main>\n<section class=\"sheets\">\n";
-  for (const Figure& page : pages) {
-    const Box2 area = DrawnArea(page);
-    if (!area.Empty()) html += Picture(page, area) + '\n';
-  }
-  html += "</section>\n<aside>\n<h1>" + title + "</h1>\n";
-  html += "<input type=\"search\" placeholder=\"Search parts\" aria-label=\"Search parts\">\n<output></output>\n";
-  html += ListOf(pages) + '\n';
-  html +=
-      "<p class=\"help\">Point at a part, a balloon or a row. Arrow keys walk the list, / searches, Esc clears.</p>\n";
+  html += "</style>\n</head>\n<body>\n<main>\n";
+  if (!pictures.empty()) html += "<section class=\"sheets\">\n" + pictures + "</section>\n";
+  html += "<aside>\n<h1>" + heading + "</h1>\n";
+  html += "<input type=\"search\" placeholder=\"" + search + "\" aria-label=\"" + search + "\">\n";
+  html += std::string("<output data-count=\"") + texts.count + "\"></output>\n" + ListOf(lists) + '\n';
+  html += std::string("<p class=\"help\">") + (pictures.empty() ? texts.listHelp : texts.help) + "</p>\n";
   html += "</aside>\n</main>\n<script>\n";
   html += kFigureScript;
   html += "</script>\n</body>\n</html>\n";
   return html;
+}
+
+}  // namespace
+
+std::string WriteHtml(const std::vector<Figure>& pages) {
+  std::string pictures;
+  std::vector<const PartsTable*> lists;
+  for (const Figure& page : pages) {
+    const Box2 area = DrawnArea(page);
+    if (!area.Empty()) pictures += Picture(page, area) + '\n';
+    if (page.table) lists.push_back(&*page.table);
+  }
+  static const Figure kNone;
+  const Figure& first = pages.empty() ? kNone : pages.front();
+  return PageOf(first.title, HtmlTextsIn(first.language), pictures, lists);
+}
+
+std::string WriteHtmlList(const std::string& title, const std::string& language, const PartsTable& list) {
+  return PageOf(title, HtmlTextsIn(language), {}, {&list});
 }
 
 }  // namespace zrfigure

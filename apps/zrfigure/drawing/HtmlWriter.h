@@ -13,4 +13,7 @@ namespace zrfigure {
 /// but the list are left out. Equal figures give equal bytes.
 [[nodiscard]] std::string WriteHtml(const std::vector<Figure>& pages);
 
+/// A parts list alone, as a page of the same kind.
+[[nodiscard]] std::string WriteHtmlList(const std::string& title, const std::string& language, const PartsTable& list);
+
 }  // namespace zrfigure

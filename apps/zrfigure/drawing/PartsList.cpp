@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "drawing/AtomicFile.h"
-
 namespace zrfigure {
 namespace {
 
@@ -27,6 +25,8 @@ std::string CsvLine(const std::vector<std::string>& fields) {
   return line + "\r\n";
 }
 
+}  // namespace
+
 std::vector<std::string> PropertyNames(const PartsList& list) {
   std::vector<std::string> names;
   for (const PartsListItem& item : list.items) {
@@ -41,8 +41,6 @@ std::string PropertyOf(const PartsListItem& item, const std::string& wanted) {
   const auto found = std::ranges::find(item.properties, wanted, &std::pair<std::string, std::string>::first);
   return found == item.properties.end() ? std::string() : found->second;
 }
-
-}  // namespace
 
 std::string PartsListToCsv(const PartsList& list) {
   const std::vector<std::string> properties = PropertyNames(list);
@@ -74,15 +72,6 @@ std::string PartsListToJson(const PartsList& list) {
   }
   const Json document{{"source", list.source}, {"items", items}};
   return document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
-
-bool WritePartsList(const std::filesystem::path& path, const PartsList& list, std::string& error) {
-  std::string extension = path.extension().string();
-  std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
-  if (extension == ".csv") return WriteFileAtomically(path, PartsListToCsv(list), error);
-  if (extension == ".json") return WriteFileAtomically(path, PartsListToJson(list), error);
-  error = "cannot write the parts list to '" + path.string() + "': the name must end in .csv or .json";
-  return false;
 }
 
 }  // namespace zrfigure

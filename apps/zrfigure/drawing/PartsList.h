@@ -1,7 +1,6 @@
 #pragma once
 // The figure's parts list as plain values, and its CSV and JSON forms.
 
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,14 +24,17 @@ struct PartsList {
   std::vector<PartsListItem> items;
 };
 
+/// The names of all properties, in order of first appearance.
+[[nodiscard]] std::vector<std::string> PropertyNames(const PartsList& list);
+
+/// The value of an item's property, or an empty text.
+[[nodiscard]] std::string PropertyOf(const PartsListItem& item, const std::string& name);
+
 /// Header line, then a line an item, by RFC 4180 (CRLF, fields quoted where needed). Property columns follow the fixed
 /// ones, in order of first appearance.
 [[nodiscard]] std::string PartsListToCsv(const PartsList& list);
 
 /// An object with `source` and `items`; UTF-8, keys in fixed order, invalid UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string PartsListToJson(const PartsList& list);
-
-/// Writes by extension, .csv or .json, whole or not at all. \return false with one line in `error`.
-[[nodiscard]] bool WritePartsList(const std::filesystem::path& path, const PartsList& list, std::string& error);
 
 }  // namespace zrfigure

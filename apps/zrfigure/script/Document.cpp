@@ -17,13 +17,13 @@
 #include <zrk/illustration/SceneEdit.h>
 
 #include "commands/FigureComposer.h"
+#include "commands/FigureFiles.h"
 #include "commands/FigurePages.h"
 #include "commands/FigurePlan.h"
 #include "commands/HostTemplate.h"
 #include "commands/OutputFiles.h"
 #include "commands/Selection.h"
 #include "drawing/BalloonSize.h"
-#include "drawing/FigureExport.h"
 #include "drawing/LineArt.h"
 #include "script/ChangeReport.h"
 #include "script/Command.h"
@@ -225,7 +225,7 @@ void Document::Generate() {
   session_->Generate(selected_, false);
 }
 
-std::vector<std::string> Document::DrawPages(const PartsList& list) {
+std::vector<Figure> Document::DrawPages(const PartsList& list) {
   const Picture picture = TakePicture();
   const std::vector<ArtLine> lines = DrawLineArt({*picture.model, *picture.scene, view_, picture.ids, picture.leaves});
   session_->SetPicture(view_, picture.ids);
@@ -235,25 +235,21 @@ std::vector<std::string> Document::DrawPages(const PartsList& list) {
   }
   Figure figure = ComposeFigure({*picture.tree, view_, picture.ids, lines, callouts, session_->GetItems(), text_});
   for (Balloon& note : sheet_->Balloons(text_)) figure.balloons.push_back(std::move(note));
-  return WritePages(figure, list, {model_.sourceName, page_, language_, LeaderWeightMm(Template())}, text_);
+  return DividePages(std::move(figure), list, {model_.sourceName, page_, language_, LeaderWeightMm(Template())}, text_);
 }
 
 std::vector<std::string> Document::Write(const std::filesystem::path& path) {
   std::string error;
   if (!CheckOutputPath(path, error)) throw CommandError{error};
   const PartsList list = ComposePartsList(tree_, session_->GetItems());
-  const std::string extension = LowerExtension(path);
-  if (extension == ".csv" || extension == ".json") {
-    OutputFiles files;
-    files.Add(path, extension == ".csv" ? PartsListToCsv(list) : PartsListToJson(list));
-    if (!files.Commit(error)) throw CommandError{error};
-    return files.Paths();
+  OutputFiles files;
+  if (NamesPartsList(path)) {
+    AddPartsListFile(path, list, language_, files);
+  } else if (!AddFigureFiles(path, DrawPages(list), files, error)) {
+    throw CommandError{error};
   }
-  FigureFormat format = FigureFormat::Svg;
-  if (!FormatOfPath(path, format, error)) throw CommandError{error};
-  std::vector<std::filesystem::path> written;
-  if (!WriteFigure(path, DrawPages(list), {}, written, error)) throw CommandError{error};
-  return {written.begin(), written.end()};
+  if (!files.Commit(error)) throw CommandError{error};
+  return files.Paths();
 }
 
 }  // namespace zrfigure

@@ -61,7 +61,7 @@ private:
   struct Picture;
 
   [[nodiscard]] Picture TakePicture() const;
-  [[nodiscard]] std::vector<std::string> DrawPages(const PartsList& list);
+  [[nodiscard]] std::vector<Figure> DrawPages(const PartsList& list);
   /// Keeps the definition, so that templates made from it follow the language.
   void Remember(const TemplateDefinition& definition);
   void TranslateTemplates();

@@ -53,7 +53,7 @@ std::vector<Command> HistoryCommands() {
       {"undo", "", "Take the last change back", 0, 0, Undo},
       {"redo", "", "Make the change that was taken back again", 0, 0, Redo},
       {"dump", "", "Show everything that undo restores", 0, 0, Dump},
-      {"write", "FILE", "Write the figure (.svg .pdf .png) or the parts list (.csv .json)", 1, 1, Write},
+      {"write", "FILE", "Write the figure (.svg .pdf .png .html) or the parts list (.csv .json)", 1, 1, Write},
       {"help", "[COMMAND]", "Show the commands, or one of them", 0, 1, Help},
       {"quit", "", "End the shell, or the script before its last line", 0, 0, Quit},
   };

@@ -6,15 +6,11 @@
 #include <nlohmann/json.hpp>
 #include <tuple>
 
-#include "apps/import/TemporaryFolder.h"
-#include "drawing/AtomicFile.h"
 #include "drawing/PartsList.h"
 #include "drawing/SvgWriter.h"
 
 namespace zrfigure {
 namespace {
-
-using Names = std::vector<std::string>;
 
 std::string Page(double widthMm, double heightMm) {
   Figure figure;
@@ -38,9 +34,6 @@ protected:
     return pdf;
   }
 
-  TemporaryFolder folder_;
-  const std::filesystem::path path_ = folder_.Path();
-  std::vector<std::filesystem::path> written_;
   std::string error_;
 };
 
@@ -83,44 +76,19 @@ TEST_F(FigureExportTest, PdfLinksRowsAndBalloonsOverPages) {
   }
 }
 
-TEST_F(FigureExportTest, FurtherPagesOfSvgGetNumberedNames) {
-  ASSERT_TRUE(WriteFigure(path_ / "fig.SVG", {Page(297, 210), Page(210, 297)}, {}, written_, error_)) << error_;
-  EXPECT_EQ(written_.at(1).filename(), "fig-2.SVG");
-  EXPECT_EQ(ReadWholeFile(written_[1]), Page(210, 297));
-  EXPECT_EQ(folder_.Files(), (Names{"fig-2.SVG", "fig.SVG"}));
-}
-
-TEST_F(FigureExportTest, BadExportLeavesNothingBehindAndSaysWhy) {
+TEST_F(FigureExportTest, WhatCannotBeRenderedSaysWhy) {
   const char* const noSize = "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
   const char* const page = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10mm\" height=\"10mm\"/>";
-  const std::tuple<const char*, Names, double, const char*> exports[] = {
-      {"a.jpg", {page}, 100, ".svg, .pdf or .png"},
-      {"a", {page}, 100, ".svg, .pdf or .png"},
-      {"a.pdf", {}, 100, "no page"},
-      {"a.png", {"<svg"}, 100, "cannot render"},
-      {"a.png", {page, "<svg"}, 100, "cannot render"},
-      {"a.pdf", {noSize}, 100, "no size"},
-      {"a.png", {page}, 1e6, "resolution"},
-      {"a.png", {page}, 0, "resolution"},
-      {"no/such/a.svg", {page}, 100, "no/such/a.svg"}};
-  for (const auto& [file, pages, dpi, message] : exports) {
-    EXPECT_FALSE(WriteFigure(path_ / file, pages, {dpi}, written_, error_)) << message;
+  using enum FigureFormat;
+  const std::tuple<FigureFormat, std::vector<std::string>, double, const char*> exports[] = {
+      {Pdf, {}, 100, "no page"},       {Svg, {page, page}, 100, "only PDF"}, {Png, {"<svg"}, 100, "cannot render"},
+      {Pdf, {noSize}, 100, "no size"}, {Png, {page}, 1e6, "resolution"},     {Png, {page}, 0, "resolution"}};
+  for (const auto& [format, pages, dpi, message] : exports) {
+    std::string bytes;
+    EXPECT_FALSE(RenderFigure(pages, format, {dpi}, bytes, error_)) << message;
     EXPECT_NE(error_.find(message), std::string::npos) << error_;
     EXPECT_EQ(error_.find('\n'), std::string::npos);
-    EXPECT_EQ(folder_.Files(), Names()) << message;
   }
-}
-
-TEST_F(FigureExportTest, FailedWriteKeepsTheOldFile) {
-  const auto occupied = path_ / "figure.svg", file = path_ / "list.csv";
-  create_directories(occupied / "full");  // A folder in the way: the rename fails after the data was written.
-  EXPECT_FALSE(WriteFileAtomically(occupied, "new", error_));
-  EXPECT_NE(error_.find(occupied.string()), std::string::npos);
-  EXPECT_EQ(folder_.Files(), Names{"figure.svg"});
-  ASSERT_TRUE(WriteFileAtomically(file, "old", error_));
-  ASSERT_TRUE(WriteFileAtomically(file, std::string_view("n\0w", 3), error_));
-  EXPECT_EQ(ReadWholeFile(file).size(), 3U);
-  EXPECT_EQ(folder_.Files(), (Names{"figure.svg", "list.csv"}));
 }
 
 PartsList SampleList() {
@@ -146,15 +114,6 @@ TEST_F(FigureExportTest, JsonReadsBackAndSurvivesBadBytes) {
   EXPECT_EQ(json["items"][0]["occurrences"].size(), 2U);
   EXPECT_EQ(json["items"][1]["properties"]["mass"], "3,5");
   EXPECT_EQ(json["items"][1]["quantity"], 1);
-}
-
-TEST_F(FigureExportTest, PartsListGoesByExtension) {
-  ASSERT_TRUE(WritePartsList(path_ / "a.CSV", SampleList(), error_)) << error_;
-  ASSERT_TRUE(WritePartsList(path_ / "a.json", SampleList(), error_)) << error_;
-  EXPECT_EQ(ReadWholeFile(path_ / "a.CSV"), PartsListToCsv(SampleList()));
-  EXPECT_FALSE(WritePartsList(path_ / "a.txt", SampleList(), error_));
-  EXPECT_NE(error_.find(".csv or .json"), std::string::npos);
-  EXPECT_EQ(folder_.Files(), (Names{"a.CSV", "a.json"}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 const rows = [...document.querySelectorAll("tbody tr")];
 const sheets = [...document.querySelectorAll(".sheets svg")];
 const search = document.querySelector("input");
+const count = document.querySelector("output");
 let pinned = "";
 
 function show(item) {
@@ -31,7 +32,8 @@ function filter() {
   const words = search.value.toLowerCase().split(/\s+/).filter((word) => word !== "");
   for (const row of rows) row.hidden = !words.every((word) => row.textContent.toLowerCase().includes(word));
   const left = visibleRows();
-  document.querySelector("output").textContent = left.length === rows.length ? "" : `${left.length} of ${rows.length}`;
+  const said = count.dataset.count.replace("{0}", left.length).replace("{1}", rows.length);
+  count.textContent = left.length === rows.length ? "" : said;
   pin(words.length > 0 && left.length === 1 ? left[0].dataset.item : "");
 }
 
