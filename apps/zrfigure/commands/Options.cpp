@@ -50,20 +50,20 @@ struct RawOptions {
 };
 
 void DefineFiles(CLI::App& app, RawOptions& raw) {
-  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->type_name(" ")->group("Files");
+  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->type_name(" ")->group("Input and output");
   app.add_option("-o,--output", raw.figure,
                  "Figure to write: .svg .pdf .png .html (default: the model's name with .svg)")
       ->type_name("FILE")
-      ->group("Files");
-  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json .html")->type_name("FILE")->group("Files");
+      ->group("Input and output");
+  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json .html")->type_name("FILE")->group("Input and output");
 }
 
 void DefineCheckedFile(CLI::App& app, RawOptions& raw) {
   app.add_option("FILE", raw.model,
                  "A figure (.svg), a report of one (.json), or a model to draw with the options below")
       ->type_name(" ")
-      ->group("Files");
-  app.add_option("--format", raw.format, "text, json or sarif")->type_name("FORMAT")->group("Files");
+      ->group("Input and output");
+  app.add_option("--format", raw.format, "text, json or sarif")->type_name("FORMAT")->group("Input and output");
 }
 
 void DefinePage(CLI::App& app, RawOptions& raw) {
@@ -305,7 +305,7 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
   DefinePage(app, raw);
   DefineCallouts(app, raw);
   if (!check) DefineReporting(app, raw);
-  if (check) app.set_help_flag("-h,--help", "Print this help")->group("Files");
+  if (check) app.set_help_flag("-h,--help", "Print this help")->group("Input and output");
   ParsedOptions result;
   try {
     // The library takes its arguments from the back.
