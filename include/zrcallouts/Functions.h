@@ -2,14 +2,21 @@
 // The component's free functions.
 
 #include <cstdint>
+#include <vector>
 
 #include <dg/DPoint2D.h>
 #include <du/SmartPtr.h>
 
 #include "zrcallouts/Export.h"
 
+namespace zrannotations {
+class Callout;
+}
+
 namespace zrk {
+class Operation;
 class ShapeScene;
+class ShapeView;
 namespace illustration {
 class TAnnotation;
 }
@@ -34,5 +41,13 @@ class Callouts;
     const du::SmartPtr<zrk::illustration2d::Scene2D>& scene,
     const du::SmartPtr<zrk::illustration::TAnnotation>& callouttemplate, bool hasItem, const dg::DPoint2D& point1,
     const dg::DPoint2D& point2, std::uint32_t itemId);
+
+/// Places the labels anew round the model as `view` shows it, as a run places new ones, and gives their leaders new
+/// routes; all other labels stay and are kept clear of. The steps go into `operation`, which the caller records;
+/// without one the change is not undoable. False, and nothing moved, without an engine, a callout or a view with a
+/// camera. [host-thread]
+ZR_CALLOUTS_API bool ArrangeLabels(const du::SmartPtr<Callouts>& engine, const du::SmartPtr<zrk::ShapeView>& view,
+                                   const std::vector<du::SmartPtr<zrannotations::Callout>>& callouts,
+                                   const du::SmartPtr<zrk::Operation>& operation);
 
 }  // namespace zrcallouts

@@ -66,13 +66,14 @@ Layout::Layout(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<Call
   usable_ = pixelToObject_.Invert();
 }
 
-void Layout::Place(const CalloutSet& callouts) {
-  if (!usable_ || callouts.empty()) return;
+bool Layout::Place(const CalloutSet& callouts) {
+  if (!usable_ || callouts.empty()) return false;
   const auto request = MakeRequest(callouts);
   const auto result = placement::PlaceLabels(request);
   TraceFaults(result);
   std::size_t index = 0;
   for (const auto& callout : callouts) Apply(callout, result.labels[index++]);
+  return true;
 }
 
 placement::PlacementRequest Layout::MakeRequest(const CalloutSet& callouts) {
@@ -133,7 +134,7 @@ void Layout::Apply(const du::SmartPtr<Callout>& callout, const placement::Placed
   const double depth = DepthOf(callout);
   const auto toModel = [&](double x, double y) { return dg::DPoint3D(x, y, depth) * pixelToObject_; };
   const dg::DPoint3D centre = toModel((label.box.left + label.box.right) / 2, (label.box.top + label.box.bottom) / 2);
-  callout->SetLabelPosition(centre * ModelToLabelFrame(callout));
+  callout->SetLabelPosition(centre * LabelFrameOf(callout).FromModel());
   std::size_t route = 0;
   for (const auto& leader : callout->GetLeaders()) {
     if (leader->IsHidden() || route >= label.leaders.size()) continue;

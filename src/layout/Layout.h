@@ -32,7 +32,8 @@ public:
 
   Layout(const du::SmartPtr<zrk::ShapeView>& view, const du::SmartPtr<Callouts>& engine);
 
-  void Place(const CalloutSet& callouts);
+  /// False, and nothing moved, without callouts or a usable camera.
+  bool Place(const CalloutSet& callouts);
 
 private:
   [[nodiscard]] placement::Box ModelBox() const;

@@ -155,6 +155,13 @@ Answer AlignLabels(Workspace& workspace, const Words& words) {
   throw CommandError{"these labels cannot be aligned"};
 }
 
+Answer ArrangeLabels(Workspace& workspace, const Words& words) {
+  const auto callouts = workspace.FindCallouts(words.size() > 1 ? words : Words{words[0], "all"}, 1);
+  workspace.Edit(words[0], "there is no label to arrange",
+                 [&](const auto& operation) { return workspace.Current().Arrange(callouts, operation); });
+  return {};
+}
+
 Answer SortCallouts(Workspace& workspace, const Words& words) {
   auto callouts = workspace.FindCallouts(words.size() > 1 ? words : Words{words[0], "all"}, 1);
   workspace.Session().GetEngine()->Sort(callouts);
@@ -190,6 +197,8 @@ std::vector<Command> CalloutCommands() {
       {"join", "CALLOUT CALLOUT...", "Make one combined callout of several", 2, kAnyNumber, JoinCallouts},
       {"align", "MODE [--distribute] [--line X,Y,Z X,Y,Z] all|CALLOUT...",
        "Line up labels, evenly spaced with --distribute; mode line takes two points", 2, kAnyNumber, AlignLabels},
+      {"arrange", "[all|CALLOUT...]", "Place labels anew for the present view, round all others", 0, kAnyNumber,
+       ArrangeLabels},
       {"fonts", "[custom]", "Show the fonts of callouts and insets, or of customised ones", 0, 1, ShowFonts},
       {"sort", "[all|CALLOUT...]", "Show the ids of callouts in the order of their items", 0, kAnyNumber, SortCallouts},
   };

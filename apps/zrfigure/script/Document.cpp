@@ -13,6 +13,7 @@
 #include <zrk/UndoHistory.h>
 #include <zrk/World.h>
 #include <zrk/illustration/Illustration3dScene.h>
+#include <zrk/illustration/Illustration3dView.h>
 #include <zrk/illustration/LabelContent.h>
 #include <zrk/illustration/SceneEdit.h>
 
@@ -223,6 +224,12 @@ void Document::Generate() {
     session_->PrepareRows(PlanFlatRows(tree_, selected_), false);
   }
   session_->Generate(selected_, false);
+}
+
+bool Document::Arrange(const std::vector<du::SmartPtr<zrannotations::Callout>>& callouts,
+                       const du::SmartPtr<zrk::Operation>& operation) {
+  session_->SetPicture(view_, TakePicture().ids);
+  return zrcallouts::ArrangeLabels(session_->GetEngine(), session_->GetView(), callouts, operation);
 }
 
 std::vector<Figure> Document::DrawPages(const PartsList& list) {

@@ -52,6 +52,10 @@ public:
 
   /// Creates callouts for the selected parts as they are placed and shown now.
   void Generate();
+  /// Looks where the leaders of all callouts can be seen now, and places the labels anew for that. False when there is
+  /// none to place.
+  bool Arrange(const std::vector<du::SmartPtr<zrannotations::Callout>>& callouts,
+               const du::SmartPtr<zrk::Operation>& operation);
   /// Writes the figure or the parts list, by the extension of the path. \return the files. \throws CommandError.
   [[nodiscard]] std::vector<std::string> Write(const std::filesystem::path& path);
   /// Everything that undo restores, as text: parts, items, callouts with their leaders.

@@ -18,6 +18,7 @@ const fs::path kExamples = fs::path(ZR_SOURCE_DIR) / "examples";
 const std::string kOpen = "open " + (kExamples / "drive-unit.step").string() + "\nsettings combine\n";
 const std::string kGenerate = kOpen + "generate\n";
 const std::string kAssemblies = kOpen + "select --level 1\ngenerate\n";
+const std::string kFront = kGenerate + "view front\nwrite f.svg\n";
 const std::string kJoined = kGenerate + "join 13 14 15\n";
 const std::string kHidden = kGenerate + "hide 'Terminal box 1'\nremove-from-item 5 'Stud bolt 4'\n";
 const std::string kQuantity = kGenerate + "replace-template number-quantity\n";
@@ -69,6 +70,8 @@ TEST(ScriptTest, CalloutsReactToEditsAndUndoIsExact) {
       {kGenerate, "replace-template name.json", "18 labels changed\n"},
       {kGenerate, "align axis-z --distribute 2 3 4", "3 labels moved\n"},
       {kGenerate, "align line --line -100,0,400 100,0,450 5 6 7", "3 labels moved\n"},
+      {kFront, "arrange", "18 labels moved\n"},
+      {kFront, "arrange 4 5", "2 labels moved\n"},
       {kGenerate, "note '{item} x {quantity}' 30 20 5", "note 1: 5 x 4\nno callout changed\n"},
       {kGenerate, "add-inset 'Drive shaft 1' Detail", "inset 19 added\nno callout changed\n"},
       {kGenerate, "clear-items", "18 callouts removed\n"},
@@ -221,6 +224,21 @@ TEST(ScriptTest, SecondModelTakesThePlaceOfTheFirst) {
       RunScript(kGenerate + "dump\nlanguage de\n" + kTranslated + "callouts\nundo\nwrite f.csv\n");
   EXPECT_EQ(result.exitCode, 0) << result.errors;
   EXPECT_NE(result.output.find("Pos. 8: 1 St."), std::string::npos);
+}
+
+// Labels of another view lie over the drawing and each other.
+TEST(ScriptTest, ArrangedLabelsStandClear) {
+  const fixtures::ScratchFolder folder;
+  std::ofstream(folder.Path() / "s.zrf") << kGenerate << "view front\nwrite before.svg\narrange\nwrite after.svg\n";
+  const ProgramResult result = fixtures::RunProgram({"run", "s.zrf"}, folder.Path());
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  const auto says = [&](const char* figure, const char* rule) {
+    return fixtures::RunProgram({"check", figure}, folder.Path()).output.find(rule) != std::string::npos;
+  };
+  for (const char* rule : {"labels-overlap", "label-over-drawing", "leader-through-label"}) {
+    EXPECT_TRUE(says("before.svg", rule)) << rule;
+    EXPECT_FALSE(says("after.svg", rule)) << rule;
+  }
 }
 
 // A route that led to the label's old place is given up: each leader goes straight from its part to the label.
