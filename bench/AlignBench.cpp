@@ -1,5 +1,7 @@
-// Aligning labels, beside one matrix product a label there and back.
+// Aligning labels, beside one matrix product a label there and back, for the spreading modes with a sort between.
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
 
 #include <dg/Camera3D.h>
 #include <dg/DMat44.h>
@@ -19,24 +21,31 @@ dg::DMat44 ObjectToPixel() {
 }
 
 // What an aligning command needs per label at the least, its position read from the label.
-void AlignFloor(benchmark::State& state) {
+void AlignFloor(benchmark::State& state, bool inScreenOrder) {
   BenchScene scene;
   scene.AddParts(static_cast<std::size_t>(state.range(0)));
   const auto callouts = scene.MakeCallouts(zrtest::TextTemplate("A"), false);
   const dg::DMat44 toPixel = ObjectToPixel();
   dg::DMat44 toModel = toPixel;
   toModel.Invert();
+  std::vector<std::pair<double, std::size_t>> order(callouts.size());
   std::vector<dg::DPoint3D> places(callouts.size());
   for (auto _ : state) {
     for (std::size_t i = 0; i < callouts.size(); ++i) {
-      places[i] = (callouts[i]->GetMarkupLabelPosition() * toPixel) * toModel;
+      const dg::DPoint3D pixel = callouts[i]->GetMarkupLabelPosition() * toPixel;
+      order[i] = {pixel.x, i};
+      places[i] = pixel * toModel;
+    }
+    if (inScreenOrder) {
+      std::sort(order.begin(), order.end());
+      for (const auto& [x, i] : order) callouts[i]->SetLabelPosition(callouts[i]->GetPosition());
     }
     benchmark::DoNotOptimize(places.data());
   }
   state.SetComplexityN(state.range(0));
 }
 
-void Align(benchmark::State& state) {
+void Align(benchmark::State& state, zrcallouts::Align_Mode mode) {
   BenchScene scene;
   scene.AddParts(static_cast<std::size_t>(state.range(0)));
   const auto callouts = scene.MakeCallouts(zrtest::TextTemplate("A"), false);
@@ -44,7 +53,6 @@ void Align(benchmark::State& state) {
   camera.SetObjectToPixel(ObjectToPixel());
   scene.view->SetCamera(camera);
   zrcallouts::Align::Annotations annotations(callouts.begin(), callouts.end());
-  const auto mode = static_cast<zrcallouts::Align_Mode>(state.range(1));
   for (auto _ : state) {
     const du::SmartPtr<zrcallouts::Align> align(
         new zrcallouts::Align(annotations, mode, false, scene.view, du::SmartPtr<zrk::Operation>()));
@@ -53,11 +61,11 @@ void Align(benchmark::State& state) {
   state.SetComplexityN(state.range(0));
 }
 
-BENCHMARK(AlignFloor)->RangeMultiplier(10)->Range(1000, 100000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(Align)
-    ->ArgNames({"n", "mode"})
-    ->ArgsProduct({{1000, 10000, 100000}, {zrcallouts::MinX, zrcallouts::SpreadX, zrcallouts::AlongAxisX}})
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(AlignFloor, Product, false)->Apply(LargeSizes);
+BENCHMARK_CAPTURE(AlignFloor, ProductAndSort, true)->Apply(LargeSizes);
+BENCHMARK_CAPTURE(Align, Line, zrcallouts::MinX)->Apply(LargeSizes);
+BENCHMARK_CAPTURE(Align, Spread, zrcallouts::SpreadX)->Apply(LargeSizes);
+BENCHMARK_CAPTURE(Align, Axis, zrcallouts::AlongAxisX)->Apply(LargeSizes);
 
 }  // namespace
 }  // namespace zrbench

@@ -30,6 +30,10 @@ void LoadComponent() {
 
 }  // namespace
 
+void LargeSizes(benchmark::internal::Benchmark* bench) {
+  bench->RangeMultiplier(10)->Range(1000, 100000)->Complexity()->Unit(benchmark::kMillisecond);
+}
+
 BenchScene::BenchScene() {
   zrk::Kernel::SetKernel(&kernel);
   world = zrk::MakeObject<zrk::World>();

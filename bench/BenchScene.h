@@ -1,6 +1,8 @@
 #pragma once
 // A host with one scene, its engine and a flat product, for the benches.
 
+#include <benchmark/benchmark.h>
+
 #include <vector>
 
 #include <zrannotations/Callout.h>
@@ -18,6 +20,9 @@
 namespace zrbench {
 
 using CalloutPtr = du::SmartPtr<zrannotations::Callout>;
+
+/// A thousand to a hundred thousand, in milliseconds, with the growth reported.
+void LargeSizes(benchmark::internal::Benchmark* bench);
 
 /// Tasks run when they are waited for. Everything ends in order with the object. [host-thread]
 class BenchScene {

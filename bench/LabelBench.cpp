@@ -1,7 +1,9 @@
-// Labels made and made again, beside copying the same strings; and sorting beside one sort by key.
+// Labels made and made again, beside asking for their values and copying these; and sorting beside one sort by key.
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
 
-#include <benchmark/benchmark.h>
+#include <zrk/illustration/ItemsList.h>
 
 #include "BenchScene.h"
 
@@ -12,7 +14,27 @@ zrtest::TemplatePtr NumberAndQuantity() {
   return zrtest::TemplateBuilder().Token("zrITM").Literal(" x ").Token("zrQTY").Build();
 }
 
+// The item list is asked for the values of every label, and their texts are copied.
 void LabelFloor(benchmark::State& state) {
+  BenchScene scene;
+  scene.AddParts(static_cast<std::size_t>(state.range(0)));
+  const auto callouts = scene.MakeCallouts(NumberAndQuantity(), true);
+  const auto items = scene.itemList->GetZrkItemList();
+  for (auto _ : state) {
+    for (const auto& callout : callouts) {
+      std::uint32_t itemId = 0;
+      if (!callout->GetItemId(itemId)) state.SkipWithError("a callout has no item");
+      std::string label = items->GetItemLabel(itemId);
+      label += " x ";
+      label += std::to_string(items->GetQuantity(itemId));
+      benchmark::DoNotOptimize(label.data());
+    }
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+// Copying labels that are there already: what no label can be made for, but what memory allows.
+void LabelCopyFloor(benchmark::State& state) {
   std::vector<std::string> texts(static_cast<std::size_t>(state.range(0)));
   for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = std::to_string(i) + " x 1";
   for (auto _ : state) {
@@ -58,6 +80,7 @@ void SortFloor(benchmark::State& state) {
     std::sort(keys.begin(), keys.end());
     benchmark::DoNotOptimize(keys.data());
   }
+  state.SetComplexityN(state.range(0));
 }
 
 void Sort(benchmark::State& state) {
@@ -68,13 +91,20 @@ void Sort(benchmark::State& state) {
     std::reverse(callouts.begin(), callouts.end());
     scene.engine->Sort(callouts);
   }
+  state.SetComplexityN(state.range(0));
 }
 
-BENCHMARK(LabelFloor)->RangeMultiplier(10)->Range(1000, 100000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(GenerateLabels)->RangeMultiplier(10)->Range(1000, 100000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(RegenerateLabels)->RangeMultiplier(10)->Range(100, 10000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(SortFloor)->Arg(2000)->Unit(benchmark::kMillisecond);
-BENCHMARK(Sort)->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
+void SortSizes(benchmark::internal::Benchmark* bench) {
+  for (const int callouts : {500, 1000, 2000, 4000}) bench->Arg(callouts);
+  bench->Complexity()->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(LabelFloor)->Apply(LargeSizes);
+BENCHMARK(LabelCopyFloor)->Apply(LargeSizes);
+BENCHMARK(GenerateLabels)->Apply(LargeSizes);
+BENCHMARK(RegenerateLabels)->Apply(LargeSizes);
+BENCHMARK(SortFloor)->Apply(SortSizes);
+BENCHMARK(Sort)->Apply(SortSizes);
 
 }  // namespace
 }  // namespace zrbench

@@ -47,9 +47,9 @@ struct LeaderTarget;
 ///
 /// A run makes one pass per category. What a category is depends on the engine's template: a template that needs the
 /// item list has the item numbers as categories, one that needs part properties the values of its first property, any
-/// other
-/// ("plain") one the components, followed by the process-plan keys of parts that carry one. All generators share one
-/// read-write lock, which guards them as host objects.
+/// other ("plain") one the components, followed by the process-plan keys of parts that carry one. All generators share
+/// one read-write lock, which guards them as host objects. When memory runs out, an operation takes back the callouts
+/// that it made, and the steps of an operation of its own; those of a caller's are the caller's to undo.
 class ZR_CALLOUTS_API CalloutGenerator : public zrk::ObjectWithRWLock {
 public:
   using CalloutVector = std::vector<du::SmartPtr<zrannotations::Callout>>;
@@ -185,6 +185,7 @@ private:
                          const du::SmartPtr<zrk::illustration::TAnnotation>& definition,
                          const du::SmartPtr<zrk::Operation>& operation);
   [[nodiscard]] du::SmartPtr<zrk::Operation> NewOperation() const;
+  void TakeBack(const du::SmartPtr<zrk::Operation>& ownOperation);
 
   du::SmartPtr<Callouts> engine_;
   CalloutSet created_;

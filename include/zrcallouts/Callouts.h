@@ -51,6 +51,7 @@ namespace zrcallouts {
 
 class AnchorPicks;
 class AnnoSetTableObserver;
+class CalloutGenerator;
 class EngineLink;
 class GenerationScope;
 class InsetObserver;
@@ -250,6 +251,7 @@ protected:
   void UnregisterObservers() override;
 
 private:
+  friend class CalloutGenerator;  // takes back what a run that failed has registered
   friend class EngineLink;
   friend class GenerationScope;
   friend class UpdateItemGroupLeadersOperationStep;
@@ -275,12 +277,14 @@ private:
   void OnRemoveCallout(const du::SmartPtr<zrannotations::Callout>& callout);
   void OnLanguageChanged(const du::SmartPtr<zrk::Annotation>& annotation);
 
+  void Unregister(const du::SmartPtr<zrannotations::Callout>& callout);
   void RemoveFromMap(const du::SmartPtr<zrannotations::Callout>& callout);
   void RemoveLeaderFromMap(const du::SmartPtr<zrannotations::Callout>& callout, unsigned leader);
   void _RemoveLeaderFromMap(const du::SmartPtr<zrannotations::Callout>& callout, unsigned leader);
 
   [[nodiscard]] CalloutSet CopyOfCallouts() const;
   [[nodiscard]] std::vector<du::SmartPtr<zrannotations::Callout>> CopyOfCarriers(std::uint32_t itemId) const;
+  [[nodiscard]] bool HasCarrier(std::uint32_t itemId) const;
   [[nodiscard]] du::SmartPtr<zritemlist::ItemList> HeldItemList() const;
   [[nodiscard]] CalloutSet CopyOfCalloutsAt(const std::string& id) const;
   [[nodiscard]] bool IsRegistered(const du::SmartPtr<zrannotations::Callout>& callout) const;

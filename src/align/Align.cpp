@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include <dg/Angle.h>
 #include <dg/Camera3D.h>
@@ -58,12 +59,11 @@ std::array<dg::DVec2, 3> ProjectAxes(const dg::DMat44& objectToPixel) {
 dg::DMat44 Align::m_ObjToPx = dg::DMat44::IDENTITY;
 int Align::m_idx = 0;
 
-// An annotation of the command and its way. Without a callout it is none that could be moved.
+// The way of an annotation of the command. Without a callout it is none that could be moved.
 struct Align::Label {
-  du::SmartPtr<zrannotations::Annotation> annotation;
   du::SmartPtr<Callout> callout;
-  dg::DPoint3D pixel;   // where it is on screen; for the distribution, where `to` is
-  dg::DMat44 toFrame;   // from model space into the label's own frame
+  dg::DPoint3D pixel;  // where it is on screen; for the distribution, where `to` is
+  LabelFrame frame;
   dg::DPoint3D from{};  // in model space, like `to`
   dg::DPoint3D to{};
 };
@@ -139,9 +139,10 @@ Align::Labels Align::CollectLabels() const {
   Labels labels;
   labels.reserve(annotations_.size());
   for (const auto& annotation : annotations_) {
-    const auto callout = du::DynamicCast<Callout>(annotation);
-    const dg::DPoint3D pixel = callout ? PixelPosition(callout) : dg::DPoint3D();
-    labels.push_back({annotation, callout, pixel, ModelToLabelFrame(callout)});
+    Label& label = labels.emplace_back();
+    label.callout = du::DynamicCast<Callout>(annotation);
+    if (label.callout) label.pixel = PixelPosition(label.callout);
+    label.frame = LabelFrameOf(label.callout);
   }
   return labels;
 }
@@ -206,11 +207,13 @@ void Align::SortAlongPrimary(Labels& labels) {
   std::sort(order.begin(), order.end());
   Labels sorted;
   sorted.reserve(labels.size());
+  Annotations annotations(labels.size());
   for (const auto& [place, index] : order) {
-    annotations_[sorted.size()] = labels[index].annotation;
+    annotations[sorted.size()].Swap(annotations_[index]);
     sorted.push_back(std::move(labels[index]));
   }
   labels.swap(sorted);
+  annotations_.swap(annotations);
 }
 
 bool Align::Execute(const std::vector<dg::DPoint3D>& points) {
@@ -229,7 +232,10 @@ bool Align::Execute(const std::vector<dg::DPoint3D>& points) {
   }
   std::erase_if(labels, [](const Label& label) { return !label.callout; });
   Distribute(labels, pixelToObject);
-  for (Label& label : labels) SetPosition(label.callout, label.from, label.to, label.toFrame);
+  for (Label& label : labels) {
+    dg::DMat44 toFrame = label.frame.FromModel();
+    SetPosition(std::move(label.callout), label.from, label.to, toFrame);
+  }
   if (operation_) zrk::RecordOperation(operation_);
   return true;
 }
@@ -329,6 +335,7 @@ void Align::Place(const du::SmartPtr<Callout>& callout, const dg::DPoint3D& posi
   if (relative) callout->SetLabelScreenSpaceMode(view_);
 }
 
+// Nothing here asks for memory before the label has moved, so that no command ends between two labels.
 void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::DPoint3D& to, dg::DMat44& transform) {
   const bool free = hostlayer::IsLabelFreeInModelSpace(callout);
   // A label that stands free in model space is moved by its step alone, so without an operation it stays.
@@ -336,7 +343,7 @@ void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::D
     if (!free) Place(callout, to * transform);
     return;
   }
-  const auto handPlacementTo = hostlayer::RememberPlacement(callout);
+  const auto placement = hostlayer::LabelPlacementOf(callout);
   dg::Location fromLocation(dg::FMat33::IDENTITY, free ? from : from * transform);
   dg::Location toLocation(dg::FMat33::IDENTITY, free ? to : to * transform);
   if (!free) {
@@ -348,7 +355,7 @@ void Align::SetPosition(du::SmartPtr<Callout> callout, dg::DPoint3D& from, dg::D
   const du::SmartPtr<zrannotations::MoveOperationStep> step(
       new zrannotations::MoveOperationStep(callout, 0, fromLocation, toLocation, true));
   if (!step) return;
-  handPlacementTo(*step);
+  step->SetPlacementBefore(placement);
   operation_->AddStep(step);
 }
 

@@ -17,12 +17,14 @@ bool IsFinite(const dg::DPoint3D& point) {
 
 }  // namespace
 
-// Scaling and shifting only, so the inverse is written down instead of eliminated.
-dg::DMat44 ModelToLabelFrame(const du::SmartPtr<zrannotations::Callout>& callout) {
-  if (!callout || hostlayer::IsLabelFreeInModelSpace(callout)) return dg::DMat44::IDENTITY;
+LabelFrame LabelFrameOf(const du::SmartPtr<zrannotations::Callout>& callout) {
+  if (!callout || hostlayer::IsLabelFreeInModelSpace(callout)) return {};
   const dg::Location instance = callout->GetInstanceLocationAtPos(0, false);
-  const double scale = instance.GetScale();
-  const dg::DPoint3D origin = instance.GetPos();
+  return {instance.GetPos(), instance.GetScale()};
+}
+
+// Scaling and shifting only, so the inverse is written down instead of eliminated.
+dg::DMat44 LabelFrame::FromModel() const {
   dg::DMat44 toFrame;
   // A frame without an inverse is used as it is.
   const bool invertible = scale != 0 && std::isfinite(scale) && IsFinite(origin);

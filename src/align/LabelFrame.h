@@ -2,6 +2,7 @@
 // The frame in which a callout keeps its label position.
 
 #include <dg/DMat44.h>
+#include <dg/DPoint3D.h>
 #include <du/SmartPtr.h>
 
 namespace zrannotations {
@@ -10,9 +11,16 @@ class Callout;
 
 namespace zrcallouts {
 
-/// Carries points from model space into the label's own frame: the identity for a label that stands free in model
-/// space, else the frame of the first leader's instance with position and scale. Its rotation is dropped: labels face
-/// the reader.
-[[nodiscard]] dg::DMat44 ModelToLabelFrame(const du::SmartPtr<zrannotations::Callout>& callout);
+/// The frame of the first leader's instance with position and scale; its rotation is dropped: labels face the reader.
+/// Model space itself for a label that stands free in it.
+struct LabelFrame {
+  dg::DPoint3D origin;
+  double scale = 1;
+
+  /// Carries points from model space into the frame.
+  [[nodiscard]] dg::DMat44 FromModel() const;
+};
+
+[[nodiscard]] LabelFrame LabelFrameOf(const du::SmartPtr<zrannotations::Callout>& callout);
 
 }  // namespace zrcallouts

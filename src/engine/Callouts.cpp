@@ -22,6 +22,7 @@
 #include "engine/InsetObserver.h"
 #include "engine/ItemIndex.h"
 #include "engine/ItemsListObserver.h"
+#include "engine/OnFailure.h"
 #include "engine/OrreryAppObserver.h"
 #include "engine/TreeObserver.h"
 #include "engine/WorldObserver.h"
@@ -44,7 +45,9 @@ Callouts::~Callouts() {
   Callouts::UnregisterObservers();
 }
 
+// An engine that is only half bound would be notified by what it does not know, so it is not bound at all then.
 void Callouts::Initialize(const du::SmartPtr<zrk::ShapeScene>& scene) {
+  const OnFailure unbind([this] { UnregisterObservers(); });
   zrk::illustration::Callouts::Initialize(scene);
   AttachItemsListObserver(scene);
   AttachWorldObserver();
@@ -148,6 +151,7 @@ void Callouts::UnregisterObservers() {
 
 void Callouts::Destroy() {
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
+  const du::SmartPtr<DestroyCalloutsTask> task(new DestroyCalloutsTask);  // first, since nothing after it can fail
   UnregisterObservers();
   link_->Cut();
   const auto scene = GetScene();
@@ -155,7 +159,7 @@ void Callouts::Destroy() {
     zritemlist::ItemList::RemoveItemListForScene(scene);
     itemList_.Reset();
   }
-  const du::SmartPtr<du::Task> task(new DestroyCalloutsTask(insetTable_, callouts_));
+  task->Take(insetTable_, callouts_);
   const auto world = zrk::World::GetWorld();
   const auto pool = world ? world->GetTaskPool() : nullptr;
   if (pool) pool->InsertTask(task);

@@ -21,6 +21,8 @@
 
 #include "engine/EngineLink.h"
 #include "engine/InsetObserver.h"
+#include "engine/OnFailure.h"
+#include "engine/SceneMembership.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -40,14 +42,16 @@ bool IsPlain(const Callouts::Contents& contents) {
 
 // Members without a leader that shows go; true when some are left.
 bool DropLeaderlessMembers(CombinedCallout& combined) {
-  auto& members = combined.GetCalloutVec();
+  auto members = combined.GetCalloutVec();
   std::erase_if(members, [](const auto& member) { return !member || member->GetLeaderLineCount(false) == 0; });
-  return !members.empty();
+  combined.GetCalloutVec().swap(members);
+  return !combined.GetCalloutVec().empty();
 }
 
 }  // namespace
 
 void Callouts::OnAddAnnotation(const du::SmartPtr<zrk::Annotation>& annotation) {
+  if (annotation && IsElsewhere(*this, annotation->GetScene())) return;
   if (du::DynamicCast<SymbolAnnotation>(annotation)) {
     OnAddSymbolAnnotation(annotation);
   } else if (const auto inset = du::DynamicCast<Inset>(annotation)) {
@@ -73,10 +77,11 @@ void Callouts::OnAddInset(const du::SmartPtr<Inset>& inset) {
     callout->BringToFront();
   }
   // One observer an inset: a second announcement must not leave an unrecorded one behind.
-  if (auto& observer = insetObservers_[inset]; !observer) {
-    observer = new InsetObserver(link_);
+  if (auto& observed = insetObservers_[inset]; !observed) {
+    const du::SmartPtr<InsetObserver> observer(new InsetObserver(link_));
     observer->ManageObject(zrk::Kernel::GetKernel());
     inset->RegisterObserver(observer);
+    observed = observer;
   }
   const auto caption = inset->GetInsetCaption();
   if (caption && caption->IsVisible()) inset->SetupLocalizationIfNecessary();
@@ -139,6 +144,8 @@ void Callouts::LocalizeArrivedCallout(const du::SmartPtr<Callout>& callout, bool
 
 // The label stays where it is while the leaders catch up with their parts.
 void Callouts::RegisterArrivedCallout(const du::SmartPtr<Callout>& callout, unsigned leaderCount) {
+  // A callout that is not registered is admitted anew when it is announced again.
+  const OnFailure leave([&] { Unregister(callout); });
   AddToMap(callout);
   AddToSet(callout);
   const dg::Location label = hostlayer::LabelLocation(callout);

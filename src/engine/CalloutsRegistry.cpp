@@ -8,6 +8,7 @@
 #include "engine/CalloutTemplateObserver.h"
 #include "engine/EngineLink.h"
 #include "engine/ItemIndex.h"
+#include "engine/OnFailure.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -19,30 +20,34 @@ namespace zrcallouts {
 namespace {
 
 // The first member is left out: the combined callout's own leaders stand for it.
-std::vector<du::SmartPtr<Callout>> FurtherMembers(const du::SmartPtr<Callout>& callout) {
+template <class Visitor>
+void ForEachFurtherMember(const du::SmartPtr<Callout>& callout, const Visitor& visit) {
   const auto combined = du::DynamicCast<CombinedCallout>(callout);
-  if (!combined || combined->GetCalloutVec().empty()) return {};
+  if (!combined) return;
   const auto& members = combined->GetCalloutVec();
-  return {members.begin() + 1, members.end()};
+  for (std::size_t i = 1; i < members.size(); ++i) visit(members[i]);
 }
 
 }  // namespace
 
-// An id's set is replaced by an updated copy, never changed in place: whoever took a copy keeps a consistent snapshot.
+// Readers have copies of their own, so an id's set takes the callout in place; when memory runs out, map and set stay
+// as they were.
 void Callouts::AddToMap(const du::SmartPtr<Callout>& callout) {
   if (!callout) return;
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
   if (IsDestroyed()) return;
-  for (const auto& member : FurtherMembers(callout)) AddToMap(member);
+  ForEachFurtherMember(callout, [this](const auto& member) { AddToMap(member); });
   const unsigned leaderCount = callout->GetLeaderLineCount(true);
   for (unsigned leader = 0; leader < leaderCount; ++leader) {
     // The assembly's id is preferred here, the shape's on removal: both orders are part of the registry's contract.
     std::string id = callout->GetAssemblyInstanceIdAtPos(leader);
     if (id.empty()) id = callout->GetShapeInstanceIdAtPos(leader);
-    CalloutSet updated;
-    if (const auto found = idMap_.find(id); found != idMap_.end()) updated = found->second;
-    updated.insert(callout);
-    idMap_[id] = std::move(updated);
+    const auto place = idMap_.lower_bound(id);
+    if (place != idMap_.end() && place->first == id) {
+      place->second.insert(callout);
+    } else {
+      idMap_.emplace_hint(place, std::move(id), CalloutSet{callout});
+    }
 
     const auto inset = callout->GetInsetAtPos(leader);
     const auto entry = inset ? insetTable_.find(inset) : insetTable_.end();
@@ -56,16 +61,18 @@ void Callouts::AddToMap(const du::SmartPtr<Callout>& callout) {
 
 void Callouts::AddToSet(const du::SmartPtr<Callout>& callout) {
   if (!callout) return;
+  du::SmartPtr<zrk::illustration::CalloutTemplateObserver> observer;
+  if (!callout->IsCustomCallout()) observer = new CalloutTemplateObserver(callout, link_);
   {
     const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
     if (IsDestroyed()) return;
-    callouts_.insert(callout);
+    const OnFailure leave([&] { itemIndex_->Erase(callout); });
     itemIndex_->Insert(callout);
+    callouts_.insert(callout);
   }
   // Registered with the lock released, so that the host's template machinery is never entered with it held.
-  if (callout->IsCustomCallout()) return;
-  callout->RegisterTemplateObserver(
-      du::SmartPtr<zrk::illustration::CalloutTemplateObserver>(new CalloutTemplateObserver(callout, link_)));
+  if (!observer) return;
+  callout->RegisterTemplateObserver(observer);
   // Destroy may have come between: then nobody else takes the observer, and with it the callout, apart again.
   if (IsDestroyed()) callout->UnregisterTemplateObserver();
 }
@@ -73,7 +80,7 @@ void Callouts::AddToSet(const du::SmartPtr<Callout>& callout) {
 void Callouts::RemoveFromMap(const du::SmartPtr<Callout>& callout) {
   if (!callout) return;
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
-  for (const auto& member : FurtherMembers(callout)) RemoveFromMap(member);
+  ForEachFurtherMember(callout, [this](const auto& member) { RemoveFromMap(member); });
   const unsigned leaderCount = callout->GetLeaderLineCount(true);
   for (unsigned leader = 0; leader < leaderCount; ++leader) _RemoveLeaderFromMap(callout, leader);
 }
@@ -84,25 +91,27 @@ void Callouts::RemoveLeaderFromMap(const du::SmartPtr<Callout>& callout, unsigne
   if (leader < callout->GetLeaderLineCount(true)) _RemoveLeaderFromMap(callout, leader);
 }
 
+// Needs no memory, since removals must not fail: what was taken out of the scene is not reported again. Readers have
+// copies of their own.
 void Callouts::_RemoveLeaderFromMap(const du::SmartPtr<Callout>& callout, unsigned leader) {
   std::string id = callout->GetShapeInstanceIdAtPos(leader);
   if (id.empty()) id = callout->GetAssemblyInstanceIdAtPos(leader);
   if (const auto found = idMap_.find(id); found != idMap_.end()) {
-    CalloutSet updated = found->second;
-    updated.erase(callout);
-    if (updated.empty()) {
-      idMap_.erase(found);
-    } else {
-      found->second = std::move(updated);
-    }
+    found->second.erase(callout);
+    if (found->second.empty()) idMap_.erase(found);
   }
   const auto inset = callout->GetInsetAtPos(leader);
   if (!inset) return;
-  if (const auto entry = insetTable_.find(inset); entry != insetTable_.end()) {
-    CalloutSet shown = entry->second;
-    shown.erase(callout);
-    entry->second = std::move(shown);
-  }
+  if (const auto entry = insetTable_.find(inset); entry != insetTable_.end()) entry->second.erase(callout);
+}
+
+void Callouts::Unregister(const du::SmartPtr<Callout>& callout) {
+  if (!callout) return;
+  const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
+  callout->UnregisterTemplateObserver();
+  callouts_.erase(callout);
+  itemIndex_->Erase(callout);
+  RemoveFromMap(callout);
 }
 
 bool Callouts::Exists(const std::string& id, const std::string& text) const {

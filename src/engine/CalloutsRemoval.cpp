@@ -10,7 +10,7 @@
 #include <zrk/ShapeScene.h>
 
 #include "engine/InsetObserver.h"
-#include "engine/ItemIndex.h"
+#include "engine/SceneMembership.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -29,6 +29,7 @@ constexpr unsigned kCalloutKind = 2;
 }  // namespace
 
 void Callouts::OnRemoveAnnotation(const du::SmartPtr<zrk::Annotation>& annotation) {
+  if (!annotation || IsDestroyed() || IsElsewhere(*this, annotation->GetScene())) return;
   if (const auto inset = du::DynamicCast<Inset>(annotation)) {
     OnRemoveInset(inset);
   } else if (const auto callout = du::DynamicCast<Callout>(annotation)) {
@@ -56,10 +57,7 @@ void Callouts::OnRemoveCallout(const du::SmartPtr<Callout>& callout) {
   callout->GetLocalizableString().SetDeleted(!callout->IsReferencedInAnimation());
   const dp::ReadWriteLock::WriteGuard guard(GetReadWriteLock());
   callout->ReleaseCalloutTemplate();
-  callout->UnregisterTemplateObserver();
-  callouts_.erase(callout);
-  itemIndex_->Erase(callout);
-  RemoveFromMap(callout);
+  Unregister(callout);
   SetIndicated(callout, false);
 }
 

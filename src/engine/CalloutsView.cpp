@@ -66,16 +66,13 @@ void Callouts::SetIndicated(const du::SmartPtr<Callout>& callout, bool indicated
   const auto itemList = HeldItemList();
   if (!callout || !itemList) return;
   if (const auto combined = du::DynamicCast<CombinedCallout>(callout)) {
-    const auto members = combined->GetCalloutVec();
-    for (const auto& member : members) SetIndicated(member, indicated);
+    for (const auto& member : combined->GetCalloutVec()) SetIndicated(member, indicated);
     return;
   }
   const auto itemId = hostlayer::ItemIdOf(callout);
   const auto items = itemList->GetZrkItemList();
   if (!itemId || !items) return;
-  if (!indicated) {
-    if (!CopyOfCarriers(*itemId).empty()) return;  // another callout still shows the item
-  }
+  if (!indicated && HasCarrier(*itemId)) return;  // another callout still shows the item
   items->SetIndicated(*itemId, indicated);
 }
 

@@ -53,23 +53,33 @@ void ItemIndex::Find(std::uint32_t itemId, std::vector<CalloutPtr>& callouts) {
   std::inplace_merge(callouts.begin() + first, callouts.begin() + middle, callouts.end());
 }
 
+bool ItemIndex::Contains(std::uint32_t itemId) {
+  const dp::MutexGuard guard(mutex_);
+  TakeInChanges();
+  return carriers_.count(itemId) != 0 || std::any_of(compounds_.begin(), compounds_.end(), [&](const auto& compound) {
+           return hostlayer::CarriesItem(compound, itemId);
+         });
+}
+
 void ItemIndex::TakeInChanges() {
   std::vector<const zrannotations::Callout*> changed;
-  if (!hostlayer::ReadItemChanges(position_, changed)) {
+  std::uint64_t position = position_;
+  if (hostlayer::ReadItemChanges(position, changed)) {
+    for (const auto* address : changed) {
+      const auto found = entries_.find(address);
+      if (found != entries_.end()) File(found->second);
+    }
+  } else {
     for (auto& [address, entry] : entries_) File(entry);
-    return;
   }
-  for (const auto* address : changed) {
-    const auto found = entries_.find(address);
-    if (found != entries_.end()) File(found->second);
-  }
+  position_ = position;  // only now: changes that there was no memory for are read again
 }
 
 void ItemIndex::File(Entry& entry) {
   const std::uint32_t itemId = hostlayer::ItemIdOf(entry.callout).value_or(0);
   if (itemId == entry.itemId) return;
-  Unfile(entry);
   if (itemId != 0) carriers_[itemId].insert(entry.callout);
+  Unfile(entry);
   entry.itemId = itemId;
 }
 

@@ -3,8 +3,8 @@
 // engine, which enters and removes callouts along with its set.
 
 #include <cstdint>
-#include <map>
 #include <set>
+#include <unordered_map>
 #include <vector>
 
 #include <dp/Mutex.h>
@@ -28,6 +28,8 @@ public:
   void Clear();
   /// Appends the callouts that carry the item, in address order. Number 0 stands for no item: nobody carries it.
   void Find(std::uint32_t itemId, std::vector<CalloutPtr>& callouts);
+  /// Whether there is any.
+  [[nodiscard]] bool Contains(std::uint32_t itemId);
 
 private:
   struct Entry {
@@ -40,8 +42,9 @@ private:
   void Unfile(const Entry& entry) ZR_REQUIRES(mutex_);
 
   dp::Mutex mutex_;
-  std::map<const zrannotations::Callout*, Entry> entries_ ZR_GUARDED_BY(mutex_);
-  std::map<std::uint32_t, std::set<CalloutPtr>> carriers_ ZR_GUARDED_BY(mutex_);
+  // Without order: entries are looked up, and their order decides nothing where all are looked at again.
+  std::unordered_map<const zrannotations::Callout*, Entry> entries_ ZR_GUARDED_BY(mutex_);
+  std::unordered_map<std::uint32_t, std::set<CalloutPtr>> carriers_ ZR_GUARDED_BY(mutex_);
   std::set<CalloutPtr> compounds_ ZR_GUARDED_BY(mutex_);  // their members change unseen, so they are asked each time
   std::uint64_t position_ ZR_GUARDED_BY(mutex_) = 0;      // up to where the host's changes are taken in
 };

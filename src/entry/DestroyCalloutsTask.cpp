@@ -4,7 +4,7 @@
 
 namespace zrcallouts {
 
-DestroyCalloutsTask::DestroyCalloutsTask(InsetTable& insetTable, CalloutSet& callouts) {
+void DestroyCalloutsTask::Take(InsetTable& insetTable, CalloutSet& callouts) {
   insetTable_.swap(insetTable);
   callouts_.swap(callouts);
 }

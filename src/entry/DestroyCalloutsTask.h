@@ -18,7 +18,7 @@ public:
   using InsetTable = std::map<du::SmartPtr<zrannotations::Inset>, CalloutSet>;
 
   /// Takes the contents of both containers and leaves them empty.
-  DestroyCalloutsTask(InsetTable& insetTable, CalloutSet& callouts);
+  void Take(InsetTable& insetTable, CalloutSet& callouts);
 
   void Run() override;
 

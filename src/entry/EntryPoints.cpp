@@ -4,9 +4,9 @@
 
 extern "C" {
 
-void ZRDllInit() {}
+void ZRDllInit() noexcept {}
 
-void ZRDllTerminate() __attribute__((alias("ZRDllInit")));
+void ZRDllTerminate() noexcept __attribute__((alias("ZRDllInit")));
 
 bool ZRDllCreateComponent(const std::string& action, const std::string& kind, const std::string& name,
                           du::SmartPtr<du::RefCounted>& out) {

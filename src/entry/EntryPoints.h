@@ -11,8 +11,8 @@
 extern "C" {
 
 /// Does nothing; one function under both names.
-ZR_CALLOUTS_API void ZRDllInit();
-ZR_CALLOUTS_API void ZRDllTerminate();
+ZR_CALLOUTS_API void ZRDllInit() noexcept;
+ZR_CALLOUTS_API void ZRDllTerminate() noexcept;
 
 /// Makes a callouts engine for ("create", "callouts", "calloutengine"), compared exactly; false and `out` untouched for
 /// anything else. True with `out` emptied when the memory pool gives nothing: callers test `out`, not only the result.

@@ -6,6 +6,7 @@
 
 #include <du/SmartPtr.h>
 #include <zrk/AnnoSetVisitor.h>
+#include <zrk/Annotation.h>
 #include <zrk/Instance.h>
 
 namespace zrcallouts {

@@ -17,6 +17,7 @@
 #include <zrk/illustration/SbomInstanceSelectionItem.h>
 #include <zrk/illustration/TAnnotation.h>
 
+#include "engine/OnFailure.h"
 #include "generator/CreateCalloutsTask.h"
 #include "generator/PassProgress.h"
 #include "labels/Catalogue.h"
@@ -71,6 +72,7 @@ du::SmartPtr<zrk::Operation> CalloutGenerator::NewOperation() const {
 
 void CalloutGenerator::AddOnSelected(const Selection& selection, const du::SmartPtr<zrk::AsyncEvent>& event) {
   const auto operation = NewOperation();
+  const OnFailure takeBack([&] { TakeBack(operation); });
   InitializeSelected(selection, operation);
   if (variantsCount_ == 0) return;
   const PassProgress progress(event, static_cast<double>(selection.size()) * variantsCount_);

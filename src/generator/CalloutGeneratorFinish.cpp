@@ -1,4 +1,6 @@
 // Finishing: registration with the engine, showing in the scene, and the entries that finish callouts made elsewhere.
+#include <utility>
+
 #include <dg/DPoint3D.h>
 #include <du/LocalizableString.h>
 #include <du/Tracer.h>
@@ -8,6 +10,7 @@
 #include <zrk/AnnoSet.h>
 #include <zrk/Instance.h>
 #include <zrk/Operation.h>
+#include <zrk/OperationStep.h>
 #include <zrk/RecordOperation.h>
 #include <zrk/Shape.h>
 #include <zrk/ShapeInstance.h>
@@ -18,6 +21,7 @@
 #include <zrk/illustration/SbomInstanceSelectionItem.h>
 #include <zrk/illustration/TAnnotation.h>
 
+#include "engine/OnFailure.h"
 #include "generator/AnnotationVisitor.h"
 #include "generator/PassProgress.h"
 #include "hostlayer/HostLayer.h"
@@ -65,6 +69,25 @@ void CalloutGenerator::FinalizeCallouts(const CalloutVector& callouts) {
   }
 }
 
+// Each part by itself: what one of them lacks the memory for must not keep the others.
+void CalloutGenerator::TakeBack(const du::SmartPtr<zrk::Operation>& ownOperation) {
+  const auto attempt = [](const auto& act) {
+    try {
+      act();
+    } catch (...) {  // the exception under way tells of the failure already
+    }
+  };
+  const auto annoSet = scene_ ? scene_->GetAnnoSet() : nullptr;
+  for (const auto& callout : created_) {
+    if (annoSet) attempt([&] { annoSet->RemoveAnnotationFromSet(callout, du::SmartPtr<zrk::Operation>()); });
+    if (engine_) attempt([&] { engine_->Unregister(callout); });
+  }
+  created_.clear();
+  if (!ownOperation) return;
+  const auto steps = ownOperation->GetSteps();
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step) attempt([&] { (*step)->Undo(); });
+}
+
 void CalloutGenerator::ShowCreatedCallouts(const du::SmartPtr<zrk::Operation>& operation) {
   ShowCallouts(created_, operation);
 }
@@ -100,6 +123,8 @@ void CalloutGenerator::ShowCallouts(const CalloutVector& callouts, const du::Sma
 void CalloutGenerator::AddCallouts(const CalloutVector& callouts, du::SmartPtr<zrk::Operation>& operation) {
   const bool ownsOperation = !operation;
   if (ownsOperation) operation = NewOperation();
+  const OnFailure takeBack(
+      [&] { TakeBack(ownsOperation ? std::exchange(operation, {}) : du::SmartPtr<zrk::Operation>()); });
   AnnotationVisitor symbols;
   VisitAnnotations(scene_, symbols);
   for (const auto& callout : callouts) {
@@ -135,7 +160,10 @@ void CalloutGenerator::AssignItemNumber(const du::SmartPtr<Callout>& callout,
 
 void CalloutGenerator::CreateManuallyOnSelected(const Selection& selection, du::SmartPtr<zrk::Operation>& operation) {
   if (!engine_) return;
-  if (!operation) operation = NewOperation();
+  const bool ownsOperation = !operation;
+  if (ownsOperation) operation = NewOperation();
+  const OnFailure takeBack(
+      [&] { TakeBack(ownsOperation ? std::exchange(operation, {}) : du::SmartPtr<zrk::Operation>()); });
   addToItemList_ = true;
   if (!InitializeByItem(selection, operation)) return;
   ForEachPass(selection, PassProgress(), [this](const InstanceSet& runSet) {
@@ -172,6 +200,7 @@ void CalloutGenerator::AddOnSymbols(const std::vector<du::SmartPtr<zrk::Instance
   if (instances.empty() || !scene || !engine_) return;
   const CalloutVector callouts = MakeSymbolCallouts(instances, scene);
   const auto operation = NewOperation();
+  const OnFailure takeBack([&] { TakeBack(operation); });
   FinalizeCallouts(callouts);
   PerformLayout();
   ShowCallouts(callouts, operation);

@@ -15,6 +15,7 @@
 #include <zrk/illustration/SbomInstanceSelectionItem.h>
 #include <zrk/illustration/TAnnotation.h>
 
+#include "engine/OnFailure.h"
 #include "generator/CalloutDefinitionOperationStep.h"
 #include "generator/ProcessPlanGrouping.h"
 #include "hostlayer/HostLayer.h"
@@ -126,6 +127,7 @@ void CalloutGenerator::AddOnItemIds(const std::vector<unsigned>& itemIds, const 
   itemCategories_.insert(itemIds.begin(), itemIds.end());
   InitCategoryIterators();
   const auto runOperation = operation ? operation : NewOperation();
+  const OnFailure takeBack([&] { TakeBack(operation ? du::SmartPtr<zrk::Operation>() : runOperation); });
   const auto items = itemList_->GetZrkItemList();
   for (const unsigned itemId : itemIds) {
     itemCurrent_ = itemCategories_.find(itemId);  // the ids come in the caller's order, not in the container's

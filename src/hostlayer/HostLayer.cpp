@@ -5,7 +5,6 @@
 #include <zrannotations/CalloutSnapshot.h>
 #include <zrannotations/Inset.h>
 #include <zrannotations/ItemNumberJournal.h>
-#include <zrannotations/MoveOperationStep.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zrk/BaseInstance.h>
 #include <zrk/ComponentInstance.h>
@@ -85,11 +84,8 @@ dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout) {
   return {relative.x, relative.y, 0};
 }
 
-std::function<void(zrannotations::MoveOperationStep&)> RememberPlacement(const CalloutPtr& callout) {
-  if (!callout) return [](zrannotations::MoveOperationStep&) {};
-  return [placement = callout->TakeSnapshot().label](zrannotations::MoveOperationStep& step) {
-    step.SetPlacementBefore(placement);
-  };
+zrannotations::CalloutLabelPlacement LabelPlacementOf(const CalloutPtr& callout) {
+  return callout ? callout->TakeSnapshot().label : zrannotations::CalloutLabelPlacement();
 }
 
 std::int32_t LeaderAspectsOf(const CalloutPtr& callout) {

@@ -3,7 +3,6 @@
 // means changing this folder. Every function accepts empty pointers and then answers empty, false or nothing.
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -14,6 +13,7 @@
 #include <dg/Location.h>
 #include <du/SmartPtr.h>
 #include <du/Symbol.h>
+#include <zrannotations/CalloutLabelPlacement.h>
 #include <zrk/illustration/ItemsList.h>
 
 namespace zrk {
@@ -38,7 +38,6 @@ namespace zrannotations {
 class Callout;
 class CalloutLeader;
 class Inset;
-class MoveOperationStep;
 class SymbolAnnotation;
 }  // namespace zrannotations
 
@@ -69,9 +68,8 @@ void DropItemId(const CalloutPtr& callout);
 [[nodiscard]] bool IsLabelRelativeToScreen(const CalloutPtr& callout);
 /// The stored relative position of a screen-relative label, at depth 0.
 [[nodiscard]] dg::DPoint3D RelativeScreenPosition(const CalloutPtr& callout);
-/// Remembers the label's whole placement; the result hands it to the step of a move made since, which undoes it
-/// exactly.
-[[nodiscard]] std::function<void(zrannotations::MoveOperationStep&)> RememberPlacement(const CalloutPtr& callout);
+/// The label's whole placement: the step of a move that is given it undoes the move exactly.
+[[nodiscard]] zrannotations::CalloutLabelPlacement LabelPlacementOf(const CalloutPtr& callout);
 /// What a callout's operation step restores when leaders changed: of a combined callout the members and the text too.
 [[nodiscard]] std::int32_t LeaderAspectsOf(const CalloutPtr& callout);
 

@@ -8,6 +8,7 @@
 #include <zrk/illustration/SbomInstance.h>
 
 #include "engine/ItemIndex.h"
+#include "engine/OnFailure.h"
 #include "engine/Refiling.h"
 #include "hostlayer/HostLayer.h"
 #include "leaders/UpdateItemGroupLeadersOperationStep.h"
@@ -39,15 +40,18 @@ void Callouts::OnItemRemoved(std::uint32_t itemId, const du::SmartPtr<zrk::Opera
       annoSet->RemoveAnnotationWithDependencies(callout, operation);
       continue;
     }
-    if (operation) {
-      operation->AddStep(du::SmartPtr<zrk::OperationStep>(
-          new UpdateItemGroupLeadersOperationStep(combined, du::SmartPtr<Callouts>(this))));
-    }
+    const du::SmartPtr<UpdateItemGroupLeadersOperationStep> step(
+        new UpdateItemGroupLeadersOperationStep(combined, du::SmartPtr<Callouts>(this)));
+    if (operation) operation->AddStep(step);
     {
-      const Refiling refiling(*this, combined);
+      Refiling refiling(*this, combined);
+      const OnFailure putBack([&] {
+        if (step) step->PutBack();
+      });
       while (combined->RemoveItemId(itemId) && hostlayer::CarriesItem(combined, itemId)) {
       }
       SetCalloutText(combined);
+      refiling.Finish();
     }
     if (combined->GetCount() < 2) singles.push_back(combined);
   }
@@ -90,6 +94,11 @@ std::vector<du::SmartPtr<Callout>> Callouts::CopyOfCarriers(std::uint32_t itemId
   std::vector<du::SmartPtr<Callout>> callouts;
   GetItemIdCallouts(itemId, callouts);
   return callouts;
+}
+
+bool Callouts::HasCarrier(std::uint32_t itemId) const {
+  const dp::ReadWriteLock::ReadGuard guard(GetReadWriteLock());
+  return itemIndex_->Contains(itemId);
 }
 
 void Callouts::GetItemdIds(std::set<std::uint32_t>& itemIds) const {

@@ -26,12 +26,12 @@ bool ShowsName(const LabelContent& content) {
 }
 
 std::string QuantityText(const zritemlist::ItemList& itemList, std::uint32_t itemId) {
-  const auto items = itemList.GetZrkItemList();
+  const auto& items = itemList.GetZrkItemList();
   return items ? std::to_string(static_cast<int>(items->GetQuantity(itemId))) : std::string();
 }
 
 std::string TagText(const zritemlist::ItemList& itemList, std::uint32_t itemId) {
-  const auto items = itemList.GetZrkItemList();
+  const auto& items = itemList.GetZrkItemList();
   return items ? items->GetItemTag(itemId) : std::string();
 }
 
@@ -99,7 +99,11 @@ void LabelWorker::AppendPartProperty(const LabelContent& content) {
 }
 
 void LabelWorker::Insert(const std::string& value) {
-  text_ += markdown_ && source_.markdownContent ? PlainTextToMarkdown(value) : value;
+  if (markdown_ && source_.markdownContent) {
+    text_ += PlainTextToMarkdown(value);
+  } else {
+    text_ += value;
+  }
 }
 
 }  // namespace zrcallouts

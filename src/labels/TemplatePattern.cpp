@@ -55,7 +55,8 @@ void ReadPattern(const std::string& pattern, const LabelContents& contents, Labe
   while (position < pattern.size()) {
     const std::size_t brace = std::min(pattern.find('{', position), pattern.size());
     if (brace > position) {
-      localized.emplace_back(new LabelContent(pattern.substr(position, brace - position), textProperties));
+      const std::string literal = pattern.substr(position, brace - position);
+      localized.push_back(du::SmartPtr<LabelContent>(new LabelContent(literal, textProperties)));
     }
     if (brace + 1 >= pattern.size()) return;  // the end, or a brace as the last character, which is dropped
     // Leading digits count and anything else reads as 0, as the standard conversion has it.

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 
+#include "engine/OnFailure.h"
 #include "engine/Refiling.h"
 #include "hostlayer/HostLayer.h"
 #include "leaders/LeaderTarget.h"
@@ -24,6 +25,8 @@ using zrk::illustration::SbomInstance;
 using InstanceSet = std::set<du::SmartPtr<SbomInstance>>;
 
 namespace zrcallouts {
+
+using StepPtr = du::SmartPtr<UpdateItemGroupLeadersOperationStep>;
 
 /// What happened to an item's group of instances, and the operation that it happened in.
 struct Callouts::GroupChange {
@@ -52,13 +55,6 @@ void ShowFirstWhenAllHidden(const Callout& callout) {
   const auto leaders = callout.GetLeaders();
   const bool allHidden = std::all_of(leaders.begin(), leaders.end(), [](const auto& l) { return l->IsHidden(); });
   if (allHidden && !leaders.empty()) leaders.front()->SetHidden(false);
-}
-
-du::SmartPtr<UpdateItemGroupLeadersOperationStep> MakeStep(const du::SmartPtr<Callout>& callout, Callouts& engine,
-                                                           const du::SmartPtr<zrk::Operation>& operation) {
-  if (!operation) return {};
-  return du::SmartPtr<UpdateItemGroupLeadersOperationStep>(
-      new UpdateItemGroupLeadersOperationStep(callout, du::SmartPtr<Callouts>(&engine)));
 }
 
 }  // namespace
@@ -97,12 +93,18 @@ bool Callouts::UpdateLeadersOf(const du::SmartPtr<Callout>& callout, GroupChange
     if (const auto annoSet = GetAnnoSet()) annoSet->RemoveAnnotationWithDependencies(callout, change.operation);
     return true;
   }
-  const auto step = MakeStep(callout, *this, change.operation);
+  const StepPtr step(new UpdateItemGroupLeadersOperationStep(callout, du::SmartPtr<Callouts>(this)));
   {
-    const Refiling refiling(*this, callout);
-    if (!ChangeLeaders(callout, change)) return false;
+    Refiling refiling(*this, callout);
+    const OnFailure putBack([&] {
+      if (step) step->PutBack();
+    });
+    const bool changed = ChangeLeaders(callout, change);
+    if (changed) RegenerateCalloutLabel(callout, true);  // it shows the properties of the first leader's part
+    refiling.Finish();
+    if (!changed) return false;
   }
-  if (step) change.operation->AddStep(step);
+  if (change.operation) change.operation->AddStep(step);
   callout->NotifyCalloutChanged();
   return true;
 }
@@ -110,24 +112,31 @@ bool Callouts::UpdateLeadersOf(const du::SmartPtr<Callout>& callout, GroupChange
 // The combined callout stands on the leaders of its first member. A member without leaders goes, as the members of a
 // removed item do, and a single one that is left goes with the combined callout.
 bool Callouts::UpdateMembersOf(const du::SmartPtr<CombinedCallout>& combined, GroupChange& change) {
-  const auto step = MakeStep(combined, *this, change.operation);
+  const StepPtr step(new UpdateItemGroupLeadersOperationStep(combined, du::SmartPtr<Callouts>(this)));
   auto& members = combined->GetCalloutVec();
   std::vector<du::SmartPtr<Callout>> gone;
   {
-    const Refiling refiling(*this, combined);
+    Refiling refiling(*this, combined);
+    const OnFailure putBack([&] {
+      if (step) step->PutBack();
+    });
     bool changed = false;
     for (const auto& member : members) {
       if (!hostlayer::CarriesItem(member, change.itemId) || !ChangeLeaders(member, change)) continue;
       changed = true;
       if (member->GetLeaders().empty()) gone.push_back(member);
     }
-    if (!changed) return false;
-    std::erase_if(members, [](const auto& member) { return member->GetLeaders().empty(); });
+    if (!changed) {
+      refiling.Finish();
+      return false;
+    }
+    std::erase_if(members, [](const auto& member) { return member->GetLeaderLineCount(true) == 0; });
     combined->UpdateLeaderLine();
     change.changed.push_back(combined);  // its leaders are copies of its own
-    if (!gone.empty()) SetCalloutText(combined);
+    SetCalloutText(combined);
+    refiling.Finish();
   }
-  if (step) change.operation->AddStep(step);
+  if (change.operation) change.operation->AddStep(step);
   for (const auto& member : gone) SetIndicated(member, false);
   const auto annoSet = members.size() < 2 ? GetAnnoSet() : nullptr;
   if (annoSet) annoSet->RemoveAnnotationFromSet(combined, change.operation);
@@ -138,7 +147,13 @@ bool Callouts::UpdateMembersOf(const du::SmartPtr<CombinedCallout>& combined, Gr
 bool Callouts::LosesEveryLeader(const Callout& callout, const GroupChange& change) const {
   const auto leaders = callout.GetLeaders();
   const bool gains = GetDrawOneForSamePart() || GetCombineForSamePart();
-  if (leaders.empty() || (gains && !WithoutLeader(callout, change.added).empty())) return false;
+  const auto toAdd = gains ? WithoutLeader(callout, change.added) : InstanceSet();
+  const auto scene = du::DynamicCast<zrk::ShapeScene>(GetScene());
+  LeaderTarget target;
+  const bool gainsOne = std::any_of(toAdd.begin(), toAdd.end(), [&](const auto& instance) {
+    return FindLeaderTarget(scene, instance, false, target);
+  });
+  if (leaders.empty() || gainsOne) return false;
   return std::all_of(leaders.begin(), leaders.end(), [&](const auto& l) { return StandsOnAny(*l, change.removed); });
 }
 

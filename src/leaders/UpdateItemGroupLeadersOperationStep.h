@@ -21,10 +21,14 @@ public:
 
   void Undo() override;
   void Redo() override;
+  /// Leaves the registry to the caller, who is refiling the callout and has met a failure in its change.
+  void PutBack();
 
 private:
   template <class Exchange>
-  void Restore(const Exchange& exchange);
+  void ForAll(const Exchange& exchange);
+  template <class Exchange, class Reverse>
+  void Restore(const Exchange& exchange, const Reverse& reverse);
 
   du::SmartPtr<Callouts> engine_;
   std::vector<du::SmartPtr<UpdateItemGroupLeadersOperationStep>> members_;

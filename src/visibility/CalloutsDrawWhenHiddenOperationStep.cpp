@@ -9,6 +9,7 @@
 #include <zrk/ShapeView.h>
 #include <zrk/illustration/Illustration3dScene.h>
 
+#include "engine/OnFailure.h"
 #include "zrcallouts/Callouts.h"
 
 using zrannotations::Callout;
@@ -58,6 +59,10 @@ void CalloutsDrawWhenHiddenOperationStep::OnAddedToOperation() {
       if (const auto callout = du::DynamicCast<Callout>(annotation)) former_->Note(*callout);
     }
   }
+  const OnFailure putBack([&] {
+    former_->PutBack();
+    scene->SetDrawWhenHidden(former_->drawWhenHidden);
+  });
   Switch(drawWhenHidden_);
 }
 

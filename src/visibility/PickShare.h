@@ -2,12 +2,14 @@
 // An event's share in the picks of a callout: its ticket, and the way of its answer back to them.
 
 #include <cstddef>
+#include <new>
 #include <utility>
 
 #include <du/SmartPtr.h>
 #include <zrk/PickAnswer.h>
 
 #include "engine/EngineLink.h"
+#include "engine/OnFailure.h"
 #include "visibility/AnchorPicks.h"
 #include "visibility/PickTicket.h"
 
@@ -24,14 +26,20 @@ public:
   };
 
   explicit PickShare(Place place) : place_(std::move(place)), ticket_(place_.link) {}
-  ~PickShare() { Settle(nullptr); }
+  ~PickShare() {
+    try {
+      Settle(nullptr);
+    } catch (const std::bad_alloc&) {  // whoever drops the event asked for nothing, so there is nobody to tell
+    }
+  }
   PickShare(const PickShare&) = delete;
   PickShare& operator=(const PickShare&) = delete;
 
   void Settle(const zrk::PickAnswer* answer) {
-    if (!place_.picks) return;
-    place_.picks->Settle(place_.pick, answer);
-    place_.picks.Reset();  // an event that is kept after its answer keeps no callout alive
+    const auto picks = std::exchange(place_.picks, {});  // an event kept after its answer keeps no callout alive
+    if (!picks) return;
+    const OnFailure end([this] { ticket_.End(); });
+    picks->Settle(place_.pick, answer);
     ticket_.End();
   }
 

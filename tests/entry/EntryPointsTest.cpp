@@ -1,9 +1,5 @@
-// The ways into the library: its entry points by name, the engine of a scene, and what the library exports.
+// The ways into the library: its entry points by name and the engine of a scene.
 #include <dlfcn.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include <zrcallouts/Functions.h>
 #include <zrk/MakeObject.h>
@@ -118,55 +114,6 @@ TEST_F(EntryPointsTest, EachSceneHasItsOwnEngine) {
   EXPECT_EQ(EngineOf(scene_), engine_);
   EXPECT_FALSE(EngineOf(bare));
   EXPECT_FALSE(EngineOf(nullptr));
-}
-
-/// Defined dynamic symbols of the library, demangled.
-std::vector<std::string> ExportedSymbols(const std::string& library) {
-  std::vector<std::string> symbols;
-  FILE* const pipe = popen(("nm -D --defined-only -C '" + library + "' 2>/dev/null").c_str(), "r");
-  if (!pipe) return symbols;
-  std::array<char, 4096> line{};
-  while (std::fgets(line.data(), line.size(), pipe)) {
-    std::string symbol(line.data());
-    symbol.erase(symbol.find_last_not_of('\n') + 1);
-    const auto name = symbol.find(' ', symbol.find(' ') + 1);
-    if (name != std::string::npos) symbols.push_back(symbol.substr(name + 1));
-  }
-  pclose(pipe);
-  return symbols;
-}
-
-TEST_F(EntryPointsTest, ExportsItsInterfaceAndNothingElse) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "sanitizers export symbols of their own";
-#endif
-  const auto symbols = ExportedSymbols(ComponentPath());
-  if (symbols.empty()) GTEST_SKIP() << "no nm here";
-  const std::array<std::string, 3> entryPoints = {"ZRDllInit", "ZRDllTerminate", "ZRDllCreateComponent"};
-  for (const auto& entryPoint : entryPoints) {
-    EXPECT_EQ(std::count(symbols.begin(), symbols.end(), entryPoint), 1) << entryPoint;
-  }
-  const std::array<std::string, 6> scopes = {"zrcallouts::Callouts::",
-                                             "zrcallouts::CalloutGenerator::",
-                                             "zrcallouts::Align",
-
-                                             "zrcallouts::CalloutsDrawWhenHiddenOperationStep",
-                                             "zrcallouts::GetCalloutsEngineForScene",
-                                             "zrcallouts::CreateNewCallout2D"};
-  const std::array<std::string, 5> metadata = {"typeinfo for ", "typeinfo name for ", "vtable for ", "VTT for ",
-                                               "virtual thunk to "};
-  for (std::string symbol : symbols) {
-    if (std::count(entryPoints.begin(), entryPoints.end(), symbol) != 0) continue;
-    bool isMetadata = false;
-    for (const auto& prefix : metadata) {
-      if (symbol.rfind(prefix, 0) != 0) continue;
-      symbol = symbol.substr(prefix.size()) + "::";
-      isMetadata = true;
-    }
-    const bool known = std::any_of(scopes.begin(), scopes.end(),
-                                   [&](const std::string& scope) { return symbol.rfind(scope, 0) == 0; });
-    EXPECT_TRUE(known) << (isMetadata ? "metadata of " : "") << symbol;
-  }
 }
 
 }  // namespace

@@ -204,6 +204,12 @@ TEST_F(RunTest, ASecondRunAddsNoSecondCalloutOfAnItemOnAPart) {
   EXPECT_EQ(Describe(), Names({"1: bolt", "2: nut", "3: washer"}));
 }
 
+TEST_F(RunTest, ACalloutWithoutTextOfItsTemplateShowsThePredefinedText) {
+  engine_->SetTemplate(zrtest::TemplateBuilder().Build());
+  Run({"bolt"});
+  EXPECT_EQ(Describe(), Names({"Text: bolt"}));
+}
+
 // What was on show, and whether the run had ended, whenever the list told of a change.
 struct ListRecorder : zrk::illustration::ItemsListObserver {
   void OnItemAdded(unsigned) override {

@@ -24,12 +24,11 @@
 
 #include "support/StructureBuilder.h"
 #include "support/TemplateBuilder.h"
+#include "support/WatchedScene.h"
 
 namespace zrtest {
 
-using CalloutPtr = du::SmartPtr<zrannotations::Callout>;
 using CombinedPtr = du::SmartPtr<zrannotations::CombinedCallout>;
-using EnginePtr = du::SmartPtr<zrcallouts::Callouts>;
 
 struct SceneOptions {
   bool authoring = false;   ///< the authoring application, with an application object

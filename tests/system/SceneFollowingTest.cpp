@@ -3,9 +3,7 @@
 // exactly.
 #include <algorithm>
 #include <cstdlib>
-#include <ios>
 #include <random>
-#include <sstream>
 
 #include <zrannotations/AnnotationEdit.h>
 #include <zrk/MakeObject.h>
@@ -14,6 +12,7 @@
 #include <zrk/illustration/SceneEdit.h>
 
 #include "support/GeneratorFixture.h"
+#include "support/RegistryInvariants.h"
 
 namespace {
 
@@ -110,11 +109,6 @@ protected:
     if (kind == 14) AnnotationEdit::JoinCallouts(scene_, {DrawCallout(), DrawCallout(), DrawCallout()}, operation);
   }
 
-  /// What carries item numbers of its own: a callout, or the members of a combined one.
-  [[nodiscard]] static std::vector<CalloutPtr> SinglesOf(const CalloutPtr& callout) {
-    const auto combined = du::DynamicCast<zrannotations::CombinedCallout>(callout);
-    return combined ? combined->GetCalloutVec() : std::vector<CalloutPtr>{callout};
-  }
   [[nodiscard]] CalloutSet CarriersOf(unsigned item) const {
     CalloutSet carriers;
     for (const auto& callout : Shown()) {
@@ -130,7 +124,7 @@ protected:
 
   void ExpectLeadersFollowItems() {
     for (const auto& callout : Shown()) {
-      const auto singles = SinglesOf(callout);
+      const auto singles = zrtest::SinglesOf(callout);
       EXPECT_EQ(StandsOn(callout), StandsOn(singles.front())) << "the first member leads";
       for (const auto& leader : callout->GetLeaders()) {
         const auto shape = leader->GetShapeInstance();  // an assembly's leader has none
@@ -159,54 +153,24 @@ protected:
     for (const auto& instance : missing) EXPECT_TRUE(SceneEdit::GetShapeInstances(scene_, instance).empty());
   }
 
-  /// The registry as the scene implies it: id, then the callouts filed there.
-  [[nodiscard]] std::map<std::string, CalloutSet> ImpliedRegistry() const {
-    std::map<std::string, CalloutSet> filed;
-    const auto file = [&filed](const CalloutPtr& callout) {
-      for (unsigned i = 0; i < callout->GetLeaderLineCount(true); ++i) {
-        const auto assembly = callout->GetAssemblyInstanceIdAtPos(i);
-        filed[assembly.empty() ? callout->GetShapeInstanceIdAtPos(i) : assembly].insert(callout);
-      }
-    };
-    for (const auto& callout : Shown()) {
-      auto filers = SinglesOf(callout);
-      filers.front() = callout;  // stands for its first member
-      for (const auto& filer : filers) file(filer);
-    }
-    return filed;
-  }
   void ExpectExactRegistry() {
-    auto filed = ImpliedRegistry();
-    for (const Part& part : parts_) EXPECT_EQ(CalloutsOn(part), filed[part.Id()]) << part.Id();
-    std::set<std::uint32_t> carried, reported;
+    zrtest::RegistryInvariants::Expected expected;
+    expected.templates = {engine_->GetTemplate()};
+    EXPECT_EQ(zrtest::RegistryInvariants(Watched()).Broken(expected), std::vector<std::string>());
     for (const auto& callout : Shown()) {
-      seen_.insert(callout);
-      unsigned item = 0;
-      if (callout->GetItemId(item)) carried.insert(item);
-      EXPECT_EQ(engine_->IsAllowed(callout), IsAlone(callout, filed)) << Describe(*callout);
-    }
-    engine_->GetItemdIds(reported);
-    EXPECT_EQ(reported, carried);
-    const auto shown = Shown();
-    for (const auto& callout : seen_) {
-      EXPECT_EQ(IsObserved(callout), std::count(shown.begin(), shown.end(), callout) == 1) << Describe(*callout);
-      EXPECT_EQ(callout->HasTemplateObserver(), IsObserved(callout));
-    }
-    for (const unsigned item : items_->GetItemIds()) {
-      std::vector<CalloutPtr> carriers;
-      engine_->GetItemIdCallouts(item, carriers);
-      EXPECT_EQ(std::set(carriers.begin(), carriers.end()), CarriersOf(item));
-      EXPECT_EQ(items_->IsIndicated(item), !carriers.empty()) << item;
+      EXPECT_EQ(engine_->IsAllowed(callout), IsAlone(callout)) << Describe(*callout);
     }
   }
   /// No other callout of the same item is filed on one of the callout's parts.
-  static bool IsAlone(const CalloutPtr& callout, std::map<std::string, CalloutSet>& filed) {
+  [[nodiscard]] bool IsAlone(const CalloutPtr& callout) const {
     unsigned own = 0;
     static_cast<void>(callout->GetItemId(own));
     for (unsigned i = 0; i < callout->GetLeaderLineCount(true); ++i) {
       const auto id = callout->GetShapeInstanceIdAtPos(i);
       if (id.empty()) continue;
-      for (const auto& other : filed[id]) {
+      CalloutSet filed;
+      engine_->GetCalloutSetForSbomInstance(tree_->FindInstance(id), filed);
+      for (const auto& other : filed) {
         unsigned item = 0;
         if (other != callout && other->GetItemId(item) && item == own) return false;
       }
@@ -214,47 +178,8 @@ protected:
     return true;
   }
 
-  /// Everything that the edits change, bit by bit.
-  [[nodiscard]] std::string State() const {
-    std::ostringstream out;
-    out << std::hexfloat;
-    for (const Part& part : parts_) {
-      unsigned item = 0;
-      static_cast<void>(items_->GetItemIdForInstance(part.sbom, item));
-      out << (tree_->FindInstance(part.Id()) == part.sbom) << SceneEdit::GetDisplayName(part.sbom) << ' ' << item
-          << ' ';
-      if (!part.shape) continue;
-      const auto at = part.shape->GetLocation().GetPos();
-      out << part.shape->GetShapeScene().Get() << part.shape->IsVisible() << at.x << ',' << at.y << ',' << at.z << '\n';
-    }
-    for (const unsigned item : items_->GetItemIds()) {
-      PartSet group;
-      items_->GetInstances(item, group);
-      out << item << ' ' << items_->GetItemLabel(item) << ' ' << items_->GetQuantity(item) << items_->IsIndicated(item)
-          << ' ' << items_->GetIndex(item);
-      for (const auto& instance : group) out << ' ' << instance->GetId().GetString();
-      out << '\n';
-    }
-    for (const auto& callout : Shown()) {
-      Write(out, *callout, true);
-      // The leaders of members are not drawn, so nobody shows or hides them.
-      for (const auto& single : SinglesOf(callout)) Write(out, *single, false);
-    }
-    return out.str();
-  }
-  static void Write(std::ostream& out, const zrannotations::Callout& callout, bool drawn) {
-    unsigned item = 0;
-    static_cast<void>(callout.GetItemId(item));
-    const auto label = callout.GetPosition();
-    out << callout.Id() << ' ' << item << ' ' << callout.GetText(false).GetString() << ' ' << label.x << ' ' << label.y;
-    for (const auto& leader : callout.GetLeaders()) {
-      const auto at = leader->GetAnchor();
-      out << " | " << leader->GetSbomInstance()->GetId().GetString() << (drawn && leader->IsVisible())
-          << leader->IsHidden() << at.x << ',' << at.y << ',' << at.z;
-    }
-    out << '\n';
-  }
-
+  [[nodiscard]] zrtest::WatchedScene Watched() const { return {scene_, tree_, items_, engine_}; }
+  [[nodiscard]] std::string State() const { return Watched().State(parts_); }
   void Check(const std::string& expected) {
     ASSERT_EQ(State(), expected);
     ExpectLeadersFollowItems();
@@ -291,7 +216,6 @@ protected:
   }
 
   std::vector<Part> parts_;
-  CalloutSet seen_;
   std::mt19937 random_;
 };
 
@@ -299,7 +223,6 @@ TEST_P(SceneFollowingTest, EveryStepOfARandomSequenceLeavesLeadersRegistryAndHis
   for (unsigned seed = 0; seed < SeedCount(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     random_.seed(seed);
-    seen_.clear();
     ASSERT_NO_FATAL_FAILURE(Wander());
     if (HasFailure()) return;
   }

@@ -218,7 +218,42 @@ TEST_F(EngineLockTest, AnEngineBoundByItsConstructorSurvivesTheLanguageChangesMe
   }
 }
 
-TEST_F(EngineLockTest, ScenesCloseDuringLanguageChangesTemplateEditsAndRuns) {
+/// What the host reports and asks while a run makes callouts and while the scene closes.
+class Traffic {
+public:
+  Traffic(const EnginePtr& engine, const CalloutPtr& callout, const std::vector<Part>& parts)
+      : engine_(engine), annoSet_(engine->GetAnnoSet()), callout_(callout), parts_(parts) {}
+
+private:
+  void Report() {
+    const double way = ++round_;
+    for (const Part& part : parts_) {
+      part.shape->SetLocation(dg::Location(dg::FMat33::IDENTITY, dg::DPoint3D(way, 0, 0)));
+      part.shape->SetVisible(round_ % 2 == 0);
+    }
+    annoSet_->AddAnnotationToSet(callout_, nullptr);
+    annoSet_->RemoveAnnotationFromSet(callout_, nullptr);
+  }
+  void Ask() const {
+    std::set<CalloutPtr> callouts;
+    std::vector<CalloutPtr> carriers;
+    for (const Part& part : parts_) engine_->GetCalloutSetForSbomInstance(part.sbom, callouts);
+    engine_->GetItemIdCallouts({1, 2, 3}, carriers);
+    engine_->RegenerateCalloutLabels();
+    engine_->SetTemplate(engine_->GetTemplate());
+    EXPECT_FALSE(engine_->GetCalloutsAndInsetsFonts(true).count("none"));
+  }
+
+  const EnginePtr engine_;
+  const du::SmartPtr<zrk::AnnoSet> annoSet_;
+  const CalloutPtr callout_;
+  const std::vector<Part> parts_;
+  int round_ = 0;
+  const Repeater reporter_{[this] { Report(); }};
+  const Repeater asker_{[this] { Ask(); }};
+};
+
+TEST_F(EngineLockTest, ScenesCloseDuringRunsAndAllThatIsReportedAndAskedMeanwhile) {
   const Repeater translator([this] { world_->ChangeLanguage("de"), world_->ChangeLanguage("en"); });
   const Repeater editor([this] {
     number_->SetTextContent(TemplateBuilder().Token("zrQTY").Pieces(), true);
@@ -231,19 +266,24 @@ TEST_F(EngineLockTest, ScenesCloseDuringLanguageChangesTemplateEditsAndRuns) {
     static_cast<void>(zritemlist::ItemList::CreateItemListForScene(scene));
     zrtest::StructureBuilder structure(scene, tree);
     zrcallouts::CalloutGenerator::Selection selection;
+    std::vector<Part> parts;
     for (const char* name : {"plate", "rib", "cover", "rib"}) {
       const Part part = structure.AddPart(structure.Root(), name);
       selection.push_back(zrk::MakeObject<SbomInstanceSelectionItem>(part.sbom));
+      parts.push_back(part);
     }
     zrk::illustration::CalloutEngineMgr::Instance().CreateEngineForScene(scene);
     const auto engine = EngineOf(scene);
     const auto annoSet = scene->GetAnnoSet();
     engine->SetTemplate(number_);
     const auto event = zrk::MakeObject<zrk::AsyncEvent>();
-    zrcallouts::CalloutGenerator::CreateCallouts(engine, std::move(selection), event);
-    std::this_thread::sleep_for(std::chrono::microseconds(round % 8 * 100));
-    scene->Destroy();
-    RunWithoutDeadlock([this] { RunTasks(); });
+    RunWithoutDeadlock([&] {
+      const Traffic traffic(engine, MakeCallout(number_, parts.front()), parts);
+      zrcallouts::CalloutGenerator::CreateCallouts(engine, std::move(selection), event);
+      std::this_thread::sleep_for(std::chrono::microseconds(round % 8 * 100));
+      scene->Destroy();
+      RunTasks();
+    });
     EXPECT_EQ(event->GetCompleteCount(), 1u);
     EXPECT_EQ(annoSet->GetCount(), 0u);
     EXPECT_EQ(zrk::UndoHistory::GetCount(scene), 0u);

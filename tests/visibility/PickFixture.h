@@ -1,38 +1,14 @@
 #pragma once
 // A scene seen along z by a parallel camera, and a service that keeps picks until the test answers them.
 
-#include <mutex>
-#include <utility>
-#include <vector>
-
 #include <dg/FMat33.h>
 #include <dg/Location.h>
 #include <zrk/MakeObject.h>
-#include <zrk/PickEvent.h>
-#include <zrk/PickService.h>
 
+#include "support/HeldPicks.h"
 #include "support/SceneFixture.h"
 
 namespace zrtest {
-
-using PickPtr = du::SmartPtr<zrk::PickEvent>;
-
-/// Takes every pick and answers none. [any-thread]
-class HeldPicks final : public zrk::PickService {
-public:
-  void RequestPick(const PickPtr& event) override {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    events_.push_back(event);
-  }
-  [[nodiscard]] std::vector<PickPtr> Take() {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return std::exchange(events_, {});
-  }
-
-private:
-  std::mutex mutex_;
-  std::vector<PickPtr> events_;
-};
 
 inline dg::DPoint3D PositionOf(const zrk::ShapeInstance& shape) {
   return shape.GetLocation().GetPos();

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "commands/BalloonComposer.h"
 #include "drawing/VisibleArea.h"
@@ -94,9 +95,10 @@ std::string MaterialOf(const PartsListItem& item) {
 
 /// All occurrences that have a visible pixel, with their ancestors.
 std::set<int> VisibleOccurrences(const FigureInput& input) {
-  const std::set<int> seen(input.ids.ids.begin(), input.ids.ids.end());
   std::set<int> visible;
-  for (int occurrence : seen) {
+  int previous = IdBuffer::kBackground;
+  for (const int occurrence : input.ids.ids) {
+    if (occurrence == std::exchange(previous, occurrence)) continue;  // neighbouring pixels mostly show the same part
     for (int at = occurrence; at >= 0 && visible.insert(at).second;) at = input.tree.GetModel().occurrences[at].parent;
   }
   return visible;

@@ -42,7 +42,8 @@ public:
       const Vec3 pixel = view.input.view.ToPixel(point);
       pixels_.push_back({pixel.x, pixel.y});
       const std::size_t n = pixels_.size();
-      along_.push_back(n == 1 ? 0 : along_.back() + Distance(pixels_[n - 2], pixels_[n - 1]));
+      if (n > 1) lengths_.push_back(Distance(pixels_[n - 2], pixels_[n - 1]));
+      along_.push_back(n == 1 ? 0 : along_.back() + lengths_.back());
     }
   }
 
@@ -74,7 +75,7 @@ public:
   [[nodiscard]] LineClass ClassAt(double s) const {
     const auto [index, t] = Locate(s);
     const Point2 along = pixels_[index + 1] - pixels_[index];
-    const double length = std::hypot(along.x, along.y);
+    const double length = lengths_[index];
     if (length == 0) return LineClass::Edge;
     const Point2 across{-along.y / length * kBeside, along.x / length * kBeside};
     const Point2 at = PixelAt(s);
@@ -138,6 +139,7 @@ private:
   const LineChain& chain_;
   std::vector<Vec3> world_;
   std::vector<Point2> pixels_;
+  std::vector<double> lengths_;  // Of the segments in pixels.
   std::vector<double> along_;
 };
 

@@ -8,9 +8,12 @@
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
 #include <STEPCAFControl_ExternFile.hxx>
+#include <StepGeom_CartesianPoint.hxx>
+#include <StepGeom_Direction.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XSControl_WorkSession.hxx>
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 
 #include "import/ImportError.h"
@@ -65,12 +68,35 @@ void WarnOfDamagedRecords(const STEPCAFControl_Reader& reader, std::vector<std::
   warnings.push_back(std::to_string(count) + records + " in the file; parts or faces may be missing");
 }
 
+bool IsFinite(const Handle(Standard_Transient) & record) {
+  if (const Handle(StepGeom_CartesianPoint) point = Handle(StepGeom_CartesianPoint)::DownCast(record)) {
+    for (int i = 1; i <= point->NbCoordinates(); ++i) {
+      if (!std::isfinite(point->CoordinatesValue(i))) return false;
+    }
+  }
+  if (const Handle(StepGeom_Direction) direction = Handle(StepGeom_Direction)::DownCast(record)) {
+    for (int i = 1; i <= direction->NbDirectionRatios(); ++i) {
+      if (!std::isfinite(direction->DirectionRatiosValue(i))) return false;
+    }
+  }
+  return true;
+}
+
+/// One such point sends the CAD library's healing of shapes round for ever.
+void RefuseEndlessGeometry(const STEPCAFControl_Reader& reader) {
+  const Handle(Interface_InterfaceModel) model = reader.Reader().WS()->Model();
+  for (int i = 1; i <= model->NbEntities(); ++i) {
+    if (!IsFinite(model->Value(i))) throw ImportError("the STEP file is damaged: a point or direction is not finite");
+  }
+}
+
 void ReadStep(const std::string& path, SourceDocument& source) {
   STEPCAFControl_Reader reader;
   WantNamesOnly(reader);
   // CP1252 would break raw UTF-8, and UTF-8 would cut names at the first raw Latin-1 letter: decided per file.
   Interface_Static::SetCVal("read.step.codepage", IsUtf8File(path) ? "UTF8" : "CP1252");
   if (reader.ReadFile(path.c_str()) != IFSelect_RetDone) throw ImportError("the STEP file is damaged");
+  RefuseEndlessGeometry(reader);
   WarnOfDamagedRecords(reader, source.warnings);
   if (!reader.Transfer(source.document)) throw ImportError("no product structure or shape in the STEP file");
   source.facts = CollectStepProductFacts(reader);

@@ -54,7 +54,7 @@ constexpr bool kCanLimitMemory = true;
 #endif
 
 std::string ErrorLine(const std::string& path, const std::string& reason) {
-  return "cannot read '" + path + "': " + reason;
+  return "cannot read '" + CleanText(path) + "': " + reason;
 }
 
 std::string Megabytes(std::uint64_t bytes) {

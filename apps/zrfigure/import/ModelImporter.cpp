@@ -4,6 +4,7 @@
 #include <Bnd_Box.hxx>
 #include <Standard_Failure.hxx>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <utility>
@@ -70,6 +71,39 @@ void MeshParts(AssemblyTree& tree) {
   }
 }
 
+/// Not less than twice the largest assembly anybody draws. Rays and areas are computed from products of up to four
+/// lengths in single precision, which beyond this are no longer finite.
+constexpr double kFarthestMillimetres = 1e9;
+
+/// Largest distance of a position from the part's origin along any axis; infinite when one is not a number.
+double ReachOf(const Mesh& mesh) {
+  double reach = 0;
+  for (const std::array<float, 3>& position : mesh.positions) {
+    for (const float value : position)
+      reach = std::isfinite(value) ? std::max(reach, std::abs(double{value})) : HUGE_VAL;
+  }
+  return reach;
+}
+
+bool IsNear(const Placement& toWorld, double reach) {
+  const auto& [x, y, z] = toWorld.linear;
+  const std::array<double, 3> origin{toWorld.translation.x, toWorld.translation.y, toWorld.translation.z};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const double farthest = std::abs(origin[i]) + reach * (std::abs(x[i]) + std::abs(y[i]) + std::abs(z[i]));
+    if (!(farthest <= kFarthestMillimetres)) return false;
+  }
+  return true;
+}
+
+void RefuseFarParts(const Model& model) {
+  std::vector<double> reaches;
+  for (const Product& product : model.products) reaches.push_back(ReachOf(product.mesh));
+  for (const Occurrence& occurrence : model.occurrences) {
+    if (IsNear(occurrence.toWorld, reaches[static_cast<std::size_t>(occurrence.product)])) continue;
+    throw ImportError("part '" + occurrence.name + "' lies farther than 1000 km from the origin, or nowhere");
+  }
+}
+
 }  // namespace
 
 Model ModelImporter::Import() const {
@@ -83,6 +117,7 @@ Model ModelImporter::Import() const {
   if (format != FileFormat::Step) MergeEqualProducts(tree.model);
   DropEmptyParts(tree.model);
   if (tree.model.occurrences.empty()) throw ImportError("no solid or surface in file");
+  RefuseFarParts(tree.model);
   tree.model.sourceName = options.fileName;
   return std::move(tree.model);
 }

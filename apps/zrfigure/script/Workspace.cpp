@@ -31,6 +31,10 @@ Document& Workspace::Current() const {
 void Workspace::Open(const std::string& path, const ViewDirection& direction) {
   ImportResult result = imports_.Import(path);
   if (!result.model) throw CommandError{result.error};
+  Open(std::move(*result.model), direction);
+}
+
+void Workspace::Open(Model model, const ViewDirection& direction) {
   const std::string language = document_ ? document_->Language() : "en";
   if (!host_) {
     auto host = std::make_unique<HostProcess>(language);
@@ -39,7 +43,7 @@ void Workspace::Open(const std::string& path, const ViewDirection& direction) {
     host_ = std::move(host);
   }
   document_.reset();
-  document_ = std::make_unique<Document>(std::move(*result.model), direction, language);
+  document_ = std::make_unique<Document>(std::move(model), direction, language);
 }
 
 bool Workspace::IsPresent(int occurrence) const {

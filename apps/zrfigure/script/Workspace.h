@@ -32,6 +32,8 @@ public:
   /// Opens a model in place of the present one, in the present language. \throws CommandError, and the present one
   /// stays, when the file cannot be imported.
   void Open(const std::string& path, const ViewDirection& direction);
+  /// The same with a model that is there already. \throws CommandError when the host cannot be started.
+  void Open(Model model, const ViewDirection& direction);
   [[nodiscard]] Document& Current() const;
   [[nodiscard]] HostSession& Session() const { return Current().Session(); }
 

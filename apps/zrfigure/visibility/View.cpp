@@ -1,7 +1,10 @@
 #include "visibility/View.h"
 
 #include <charconv>
+#include <map>
 #include <numbers>
+
+#include "visibility/MeshBox.h"
 
 namespace zrfigure {
 namespace {
@@ -86,13 +89,20 @@ Matrix4 View::WorldToPixel() const {
 }
 
 Box2 ProjectedBox(const Model& model, std::span<const int> leaves, const View& view) {
+  std::map<int, Box3> meshBoxes;
   Box2 box;
   for (const int leaf : leaves) {
     const Occurrence& occurrence = model.occurrences[leaf];
-    for (const auto& position : model.products[occurrence.product].mesh.positions) {
-      const Vec3 pixel = view.ToPixel(TransformPoint(occurrence.toWorld, ToVec3(position)));
-      box.Add({pixel.x, pixel.y});
-    }
+    const auto imageOf = [&](Vec3 p) {
+      const Vec3 pixel = view.ToPixel(TransformPoint(occurrence.toWorld, p));
+      return Point2{pixel.x, pixel.y};
+    };
+    const Mesh& mesh = model.products[occurrence.product].mesh;
+    const auto [meshBox, isNew] = meshBoxes.try_emplace(occurrence.product);
+    if (isNew) meshBox->second = BoxOf(mesh);
+    const auto addsNothing = [&](Vec3 corner) { return LiesWellInside(imageOf(corner), box); };
+    if (std::ranges::all_of(Corners(meshBox->second), addsNothing)) continue;
+    for (const auto& position : mesh.positions) box.Add(imageOf(ToVec3(position)));
   }
   return box;
 }

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "visibility/EmbreeQueries.h"
+#include "visibility/MeshBox.h"
 
 namespace zrfigure {
 namespace {
@@ -77,7 +78,12 @@ RTCRayHit Intersect(RTCScene scene, const RTCRay& ray) {
 
 struct VisibilityScene::Impl {
   Device device;
-  std::map<int, Scene> products;
+  struct Product {
+    Scene scene;
+    Box3 box;  // In the part's own space.
+  };
+
+  std::map<int, Product> products;
   Scene world;
   std::vector<int> leaves;  // Ascending; the geometry id of an instance is its occurrence's index.
   Box3 bounds;
@@ -85,15 +91,19 @@ struct VisibilityScene::Impl {
   void AddInstance(const Model& model, int leaf) {
     const Occurrence& occurrence = model.occurrences[leaf];
     const Mesh& mesh = model.products[occurrence.product].mesh;
-    Scene& product = products[occurrence.product];
-    if (!product) product = SceneOfMesh(device.get(), mesh);
+    Product& product = products[occurrence.product];
+    if (!product.scene) product = {SceneOfMesh(device.get(), mesh), BoxOf(mesh)};
     const RTCGeometry instance = rtcNewGeometry(device.get(), RTC_GEOMETRY_TYPE_INSTANCE);
-    rtcSetGeometryInstancedScene(instance, product.get());
+    rtcSetGeometryInstancedScene(instance, product.scene.get());
     const auto transform = InstanceTransform(occurrence.toWorld);
     rtcSetGeometryTransform(instance, 0, RTC_FORMAT_FLOAT3X4_COLUMN_MAJOR, transform.data());
     rtcCommitGeometry(instance);
     rtcAttachGeometryByID(world.get(), instance, static_cast<unsigned>(leaf));
     rtcReleaseGeometry(instance);
+    const auto addsNothing = [&](Vec3 corner) {
+      return LiesWellInside(TransformPoint(occurrence.toWorld, corner), bounds);
+    };
+    if (std::ranges::all_of(Corners(product.box), addsNothing)) return;
     for (const auto& position : mesh.positions) bounds.Add(TransformPoint(occurrence.toWorld, ToVec3(position)));
   }
 

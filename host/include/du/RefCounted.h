@@ -17,9 +17,11 @@ public:
   RefCounted& operator=(const RefCounted& other) noexcept;
   virtual ~RefCounted();
 
-  void AddReference() const noexcept;
+  void AddReference() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
   /// Gives one reference back. At zero the object is deleted when ZeroReferenceCountHook agrees.
-  void RemoveReference() const noexcept;
+  void RemoveReference() const noexcept {
+    if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1 && ZeroReferenceCountHook()) delete this;
+  }
   /// Asked when the count reaches zero: true deletes the object, false leaves it to whoever manages it.
   [[nodiscard]] virtual bool ZeroReferenceCountHook() const;
   /// Takes a reference only while somebody else holds one; false when the count is already 0.

@@ -24,6 +24,10 @@ public:
   /// Up-cast.
   template <class U>
   requires std::is_convertible_v<U*, T*> SmartPtr(const SmartPtr<U>& other) : object_(other.Get()) { Add(object_); }
+  /// Up-cast that takes the reference along.
+  template <class U>
+  requires std::is_convertible_v<U*, T*> SmartPtr(SmartPtr<U>&& other)
+  noexcept : object_(other.Detach()) {}
   ~SmartPtr() { Release(object_); }
 
   SmartPtr& operator=(const SmartPtr& other) { return *this = other.object_; }
@@ -44,6 +48,15 @@ public:
   T* operator->() const noexcept { return object_; }
   T& operator*() const noexcept { return *object_; }
   explicit operator bool() const noexcept { return object_ != nullptr; }
+
+  /// Takes over a reference that the caller holds on `object`.
+  [[nodiscard]] static SmartPtr Adopt(T* object) noexcept {
+    SmartPtr adopted;
+    adopted.object_ = object;
+    return adopted;
+  }
+  /// Becomes empty; the reference is the caller's from now on.
+  [[nodiscard]] T* Detach() noexcept { return std::exchange(object_, nullptr); }
 
   void Reset() { Release(std::exchange(object_, nullptr)); }
   void Swap(SmartPtr& other) noexcept { std::swap(object_, other.object_); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -281,19 +282,20 @@ private:
   void RestoreText(const CalloutSnapshot& snapshot);
   void RestoreLeaders(const CalloutSnapshot& snapshot);
 
+  // First what every label is asked for, close together: a walk over many callouts waits for memory above all.
   mutable dp::Mutex mutex_;
-  Flags flags_ ZR_GUARDED_BY(mutex_);
-  Counters counters_ ZR_GUARDED_BY(mutex_);
+  std::atomic<std::uint32_t> itemId_{0};
   std::optional<bool> markdown_ ZR_GUARDED_BY(mutex_);
+  Flags flags_ ZR_GUARDED_BY(mutex_);
   du::SmartPtr<zrk::illustration::TAnnotation> definition_ ZR_GUARDED_BY(mutex_);
+  LeaderVector leaders_ ZR_GUARDED_BY(mutex_);
+  CalloutLabelPlacement label_ ZR_GUARDED_BY(mutex_);
+  Counters counters_ ZR_GUARDED_BY(mutex_);
   bool usingTemplate_ ZR_GUARDED_BY(mutex_) = false;
   du::SmartPtr<zrk::illustration::CalloutTemplateObserver> templateObserver_ ZR_GUARDED_BY(mutex_);
   du::Symbol text_ ZR_GUARDED_BY(mutex_);
   du::LocalizableString localizableString_;
   std::string fontFace_ ZR_GUARDED_BY(mutex_);
-  std::uint32_t itemId_ ZR_GUARDED_BY(mutex_) = 0;
-  LeaderVector leaders_ ZR_GUARDED_BY(mutex_);
-  CalloutLabelPlacement label_ ZR_GUARDED_BY(mutex_);
   SceneLink subsetScene_ ZR_GUARDED_BY(mutex_);
   std::string subsetSceneName_ ZR_GUARDED_BY(mutex_);
   std::uint64_t zOrder_ ZR_GUARDED_BY(mutex_) = 0;

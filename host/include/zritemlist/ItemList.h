@@ -48,7 +48,8 @@ public:
   static void SetListClearedHook(ListClearedHook hook);
   static void SetItemRemovalHook(ItemRemovalHook hook);
 
-  [[nodiscard]] du::SmartPtr<zrk::illustration::ItemsList> GetZrkItemList() const;
+  /// The rows: one object for the list's whole life.
+  [[nodiscard]] const du::SmartPtr<zrk::illustration::ItemsList>& GetZrkItemList() const;
   /// The item's number; `flag` says whether the item exists and is itemized. Empty for an unknown item.
   void GetItemLabel(unsigned itemId, std::string& label, bool& flag) const;
   /// Puts the instance into the matching item or a new one and returns the item's id; 0 for a null instance. `flag`

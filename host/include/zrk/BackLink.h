@@ -44,9 +44,13 @@ public:
   [[nodiscard]] du::SmartPtr<T> Get() const {
     const dp::MutexGuard guard(mutex_);
     if (!target_ || !counted_->TryAddReference()) return nullptr;
-    du::SmartPtr<T> result(target_);
-    counted_->RemoveReference();
-    return result;
+    return du::SmartPtr<T>::Adopt(target_);
+  }
+
+  /// Whether Get would have answered with a target just now.
+  [[nodiscard]] bool HasTarget() const {
+    const dp::MutexGuard guard(mutex_);
+    return target_ && counted_->GetReferenceCount() > 0;
   }
 
 private:

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 #include <dp/Mutex.h>
@@ -19,8 +20,15 @@ public:
   bool Register(const du::SmartPtr<T>& observer) {
     if (!observer) return false;
     const dp::MutexGuard guard(mutex_);
-    if (!places_.emplace(observer.Get(), next_).second) return false;
-    observers_.emplace(next_++, observer);
+    const auto [place, isNew] = places_.emplace(observer.Get(), next_);
+    if (!isNew) return false;
+    try {
+      observers_.emplace(next_, observer);
+    } catch (...) {
+      places_.erase(place);  // both or neither
+      throw;
+    }
+    ++next_;
     return true;
   }
 
@@ -54,7 +62,7 @@ private:
   mutable dp::Mutex mutex_;
   std::uint64_t next_ ZR_GUARDED_BY(mutex_) = 0;
   std::map<std::uint64_t, du::SmartPtr<T>> observers_ ZR_GUARDED_BY(mutex_);
-  std::map<const T*, std::uint64_t> places_ ZR_GUARDED_BY(mutex_);
+  std::unordered_map<const T*, std::uint64_t> places_ ZR_GUARDED_BY(mutex_);  // never walked
 };
 
 }  // namespace zrk

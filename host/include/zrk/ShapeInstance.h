@@ -16,7 +16,8 @@ class Shape;
 class ShapeScene;
 
 /// A shape placed in a scene for one design-side instance. Thread-safe. Each change is in place before the scene's
-/// listeners hear of it, on the changing thread; a shape instance that is in no scene notifies nobody.
+/// listeners hear of it, on the changing thread; a shape instance that is in no scene notifies nobody. Allocated at
+/// ascending addresses, so that the order of addresses is the order of creation.
 class ZR_HOST_API ShapeInstance : public Object {
 public:
   /// `localBox` is in the shape's own frame, which `location` places in model space. Visible at first.
@@ -24,9 +25,13 @@ public:
                 const dg::Location& location);
   ~ShapeInstance() override;
 
+  static void* operator new(std::size_t size) noexcept;
+  static void operator delete(void* memory) noexcept;
+
   [[nodiscard]] du::SmartPtr<Instance> GetInstance() const;
   /// The scene that shows it; null while in none. During the scene's removal notification still the scene.
   [[nodiscard]] du::SmartPtr<ShapeScene> GetShapeScene() const;
+  [[nodiscard]] bool IsInScene() const { return scene_.HasTarget(); }
   [[nodiscard]] du::Symbol GetCurrentShapeSource() const;
   [[nodiscard]] du::SmartPtr<Shape> GetShape() const;
   [[nodiscard]] bool IsVisible() const;

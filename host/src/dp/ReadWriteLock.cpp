@@ -22,7 +22,11 @@ namespace {
 
 }  // namespace
 
-ReadWriteLock::ReadWriteLock() = default;
+// Taking the lock needs no memory then, up to a number of threads inside that no host reaches: destructors take it.
+ReadWriteLock::ReadWriteLock() {
+  constexpr std::size_t kThreads = 64;
+  holders_.reserve(kThreads);
+}
 
 ReadWriteLock::~ReadWriteLock() = default;
 

@@ -22,14 +22,6 @@ RefCounted::~RefCounted() {
   liveObjects.fetch_sub(1, std::memory_order_relaxed);
 }
 
-void RefCounted::AddReference() const noexcept {
-  count_.fetch_add(1, std::memory_order_relaxed);
-}
-
-void RefCounted::RemoveReference() const noexcept {
-  if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1 && ZeroReferenceCountHook()) delete this;
-}
-
 bool RefCounted::ZeroReferenceCountHook() const {
   return true;
 }

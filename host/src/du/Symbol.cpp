@@ -1,9 +1,10 @@
 #include <du/Symbol.h>
 
+#include <functional>
 #include <mutex>
-#include <set>
 #include <shared_mutex>
 #include <string_view>
+#include <unordered_set>
 
 namespace du {
 
@@ -11,9 +12,14 @@ namespace {
 
 // Entries are never freed and the table itself is never destroyed: symbols are compared and read until the very end of
 // the process, also by destructors of static objects.
+struct TextHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+};
+
 struct Table {
   std::shared_mutex mutex;
-  std::set<std::string, std::less<>> entries;
+  std::unordered_set<std::string, TextHash, std::equal_to<>> entries;  // never walked
 };
 
 Table& GetTable() {

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <deque>
+#include <new>
 
 #include <dp/Mutex.h>
 #include <dp/ThreadSafety.h>
@@ -33,18 +34,24 @@ __attribute__((format(printf, 1, 0))) std::string Format(const char* format, va_
   return text;
 }
 
+void Append(Tracer::Entry entry) {
+  Log& log = GetLog();
+  const dp::MutexGuard guard(log.mutex);
+  if (log.entries.size() == kMaxEntries) log.entries.pop_front();
+  log.entries.push_back(std::move(entry));
+}
+
 }  // namespace
 
 void Tracer::Trace(int level, const char* module, const char* category, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  std::string text = Format(format, arguments);
+  // Called where failures are handled, so a trace must not be another one.
+  try {
+    Append({level, module, category, Format(format, arguments)});
+  } catch (const std::bad_alloc&) {
+  }
   va_end(arguments);
-
-  Log& log = GetLog();
-  const dp::MutexGuard guard(log.mutex);
-  if (log.entries.size() == kMaxEntries) log.entries.pop_front();
-  log.entries.push_back({level, module, category, std::move(text)});
 }
 
 std::vector<Tracer::Entry> Tracer::TakeEntries() {

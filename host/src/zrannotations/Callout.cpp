@@ -155,27 +155,22 @@ void Callout::SetKit(bool kit) {
 }
 
 bool Callout::GetItemId(std::uint32_t& itemId) const {
-  const dp::MutexGuard guard(mutex_);
-  if (itemId_ == 0) return false;
-  itemId = itemId_;
+  const std::uint32_t present = itemId_;
+  if (present == 0) return false;
+  itemId = present;
   return true;
 }
 
 bool Callout::HasItemId() const {
-  const dp::MutexGuard guard(mutex_);
   return itemId_ != 0;
 }
 
 bool Callout::CarriesItemId(std::uint32_t itemId) const {
-  const dp::MutexGuard guard(mutex_);
   return itemId != 0 && itemId_ == itemId;
 }
 
 void Callout::SetItemId(std::uint32_t itemId) {
-  {
-    const dp::MutexGuard guard(mutex_);
-    if (std::exchange(itemId_, itemId) == itemId) return;
-  }
+  if (itemId_.exchange(itemId) == itemId) return;
   ItemNumberJournal::Record(*this);
 }
 

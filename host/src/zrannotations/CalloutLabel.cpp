@@ -36,7 +36,10 @@ void Callout::SetLabelPosition(const dg::DPoint3D& position) {
 }
 
 dg::DPoint3D Callout::GetMarkupLabelPosition() const {
-  return GetPosition() * GetLabelFrame().GetXform();
+  const dp::MutexGuard guard(mutex_);
+  const bool follows = label_.state != 1 && !leaders_.empty();
+  const dg::Location frame = follows ? WithoutRotation(leaders_.front()->GetLocation()) : dg::Location::IDENTITY;
+  return label_.position * frame.GetXform();
 }
 
 dg::Location Callout::GetLabelFrame() const {

@@ -35,7 +35,7 @@ std::string GetTargetId(const zrk::ShapeInstance& shape) {
 }
 
 bool IsInScene(const du::SmartPtr<zrk::ShapeInstance>& shape) {
-  return shape && shape->GetShapeScene();
+  return shape && shape->IsInScene();
 }
 
 du::SmartPtr<zrk::illustration::SbomInstance> FindAssembly(const du::SmartPtr<zrk::ShapeScene>& scene,
@@ -286,8 +286,11 @@ bool CalloutLeader::IsResolved() const {
 }
 
 dg::Location CalloutLeader::GetLocation() const {
-  const du::SmartPtr<zrk::ShapeInstance> shape = GetShapeInstance();
-  if (shape) return shape->GetLocation();
+  {
+    // A shape only looks at itself here, so the leader may stay locked and spares a reference.
+    const dp::MutexGuard guard(mutex_);
+    if (IsInScene(state_.shapeInstance)) return state_.shapeInstance->GetLocation();
+  }
   RefreshAssembly();
   const dp::MutexGuard guard(mutex_);
   return state_.location;

@@ -15,8 +15,11 @@
 namespace zrannotations {
 
 unsigned Callout::GetLeaderLineCount(bool includeHidden) const {
+  if (includeHidden) {
+    const dp::MutexGuard guard(mutex_);
+    return static_cast<unsigned>(leaders_.size());
+  }
   const LeaderVector leaders = GetLeaders();
-  if (includeHidden) return static_cast<unsigned>(leaders.size());
   return static_cast<unsigned>(std::count_if(
       leaders.begin(), leaders.end(),
       [](const du::SmartPtr<CalloutLeader>& leader) { return !leader->IsHidden() && leader->IsResolved(); }));
@@ -63,8 +66,9 @@ unsigned Callout::GetSymbolIdAtPos(unsigned position) const {
 }
 
 dg::Location Callout::GetInstanceLocationAtPos(unsigned position, bool) const {
-  const du::SmartPtr<CalloutLeader> leader = GetLeaderAtPos(position);
-  return leader ? leader->GetLocation() : dg::Location::IDENTITY;
+  // Leaders and shapes never ask a callout, so that theirs are the inner locks.
+  const dp::MutexGuard guard(mutex_);
+  return position < leaders_.size() ? leaders_[position]->GetLocation() : dg::Location::IDENTITY;
 }
 
 std::vector<du::SmartPtr<CalloutLeader>> Callout::GetLeaders() const {

@@ -26,8 +26,10 @@ void Callout::UpdateWithCalloutInfo(const SymbolMap& symbols, InsetTable& insets
     const du::SmartPtr<zrk::ShapeInstance> shape = leader->GetShapeInstance();
     const auto symbol = shape ? symbols.find(shape->GetInstance()) : symbols.end();
     if (symbol != symbols.end() && symbol->second) leader->SetSymbolId(symbol->second->Id());
-    const du::SmartPtr<Inset> inset = leader->GetInset();
-    if (inset) insets[inset].insert(self);
+  }
+  // Leaders of members are not drawn: the leaders of a combined callout are its own.
+  for (const du::SmartPtr<CalloutLeader>& leader : GetLeaders()) {
+    if (const du::SmartPtr<Inset> inset = leader->GetInset()) insets[inset].insert(self);
   }
 }
 

@@ -62,13 +62,8 @@ std::string Callout::GetMarkupText() const {
 }
 
 bool Callout::IsMarkdown() const {
-  Template definition;
-  {
-    const dp::MutexGuard guard(mutex_);
-    if (markdown_) return *markdown_;
-    definition = definition_;
-  }
-  return definition && definition->IsMarkdown();
+  const dp::MutexGuard guard(mutex_);
+  return markdown_ ? *markdown_ : definition_ && definition_->IsMarkdown();
 }
 
 void Callout::SetIsMarkdown(bool markdown) {

@@ -104,6 +104,7 @@ void Inset::OnCalloutsChanged(const std::set<du::SmartPtr<Callout>>& callouts) {
   std::set<du::SmartPtr<Callout>> exchanged = callouts;
   const dp::MutexGuard guard(mutex_);
   shownCallouts_.swap(exchanged);
+  if (!shownCallouts_.empty()) released_ = false;  // or nobody would make it forget them again
 }
 
 std::set<du::SmartPtr<Callout>> Inset::GetShownCallouts() const {

@@ -126,13 +126,12 @@ std::vector<du::SmartPtr<zrk::Scene>> ItemList::GetScenes() const {
   return scenes;
 }
 
-du::SmartPtr<zrk::illustration::ItemsList> ItemList::GetZrkItemList() const {
+const du::SmartPtr<zrk::illustration::ItemsList>& ItemList::GetZrkItemList() const {
   return items_;
 }
 
 void ItemList::GetItemLabel(unsigned itemId, std::string& label, bool& flag) const {
-  label = items_->GetItemLabel(itemId);
-  flag = items_->GetItemized(itemId);
+  flag = items_->ReadItemLabel(itemId, label);
 }
 
 unsigned ItemList::AddInstance(const du::SmartPtr<zrk::illustration::SbomInstance>& instance,

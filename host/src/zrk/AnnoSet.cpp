@@ -223,8 +223,14 @@ void AnnoSet::Notify(const std::function<void(SceneListener&)>& call) const {
 }
 
 bool AnnoSet::Enter(Order& order, Index& index, const du::SmartPtr<Annotation>& annotation, std::uint64_t position) {
-  if (!index.emplace(annotation.Get(), position).second) return false;
-  order.emplace(position, annotation);
+  const auto [entry, isNew] = index.emplace(annotation.Get(), position);
+  if (!isNew) return false;
+  try {
+    order.emplace(position, annotation);
+  } catch (...) {
+    index.erase(entry);  // both or neither
+    throw;
+  }
   return true;
 }
 

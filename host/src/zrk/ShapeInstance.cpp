@@ -1,11 +1,30 @@
 #include <zrk/ShapeInstance.h>
 
+#include <zrk/AddressArena.h>
 #include <zrk/Instance.h>
 #include <zrk/SceneListener.h>
 #include <zrk/Shape.h>
 #include <zrk/ShapeScene.h>
 
 namespace zrk {
+
+namespace {
+
+AddressArena& GetArena() {
+  // Never destroyed: shape instances may outlive every static object.
+  static AddressArena* const arena = new AddressArena(sizeof(ShapeInstance));
+  return *arena;
+}
+
+}  // namespace
+
+void* ShapeInstance::operator new(std::size_t size) noexcept {
+  return GetArena().Allocate(size);
+}
+
+void ShapeInstance::operator delete(void* memory) noexcept {
+  GetArena().Free(memory);
+}
 
 ShapeInstance::ShapeInstance(const du::SmartPtr<Instance>& instance, const du::SmartPtr<Shape>& shape,
                              const dg::DBox& localBox, const dg::Location& location)

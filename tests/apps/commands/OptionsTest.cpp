@@ -49,7 +49,7 @@ TEST(OptionsTest, RefusedArgumentsAreNamedOrTheirRemedyIs) {
       {"'.png' is unknown", {"a.stp --pin a.png"}},
       {"'.gif' is unknown", {"a.stp -o a.gif"}},
       {"has no extension", {"a.stp -o figure"}},
-      {"use .csv or .json", {"a.stp --parts p.xls"}},
+      {"use .csv, .json or .html", {"a.stp --parts p.xls"}},
       {"no file given", {"check"}},
       {"--format: 'xml'", {"check a.svg --format xml"}},
       {"-o", {"check a.svg -o b.svg"}}};

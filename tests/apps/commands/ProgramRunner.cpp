@@ -1,6 +1,7 @@
 #include "ProgramRunner.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -8,7 +9,8 @@ namespace zrfigure::fixtures {
 
 namespace fs = std::filesystem;
 
-ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder, const fs::path& input) {
+ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder, const fs::path& input,
+                         ProgramLimits limits) {
   const fs::path program = fs::read_symlink("/proc/self/exe").parent_path() / "zrfigure";
   const ScratchFolder capture;
   const fs::path output = capture.Path() / "out";
@@ -23,6 +25,9 @@ ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::pa
     dup2(open(input.c_str(), O_RDONLY), STDIN_FILENO);
     dup2(open(output.c_str(), O_CREAT | O_WRONLY, 0600), STDOUT_FILENO);
     dup2(open(errors.c_str(), O_CREAT | O_WRONLY, 0600), STDERR_FILENO);
+    alarm(limits.seconds);
+    const rlimit memory{limits.addressSpaceBytes, limits.addressSpaceBytes};
+    if (limits.addressSpaceBytes != 0) setrlimit(RLIMIT_AS, &memory);
     if (chdir(folder.c_str()) == 0) execv(argv[0], argv.data());
     _exit(127);
   }

@@ -15,9 +15,15 @@ struct ProgramResult {
   std::string errors;
 };
 
+/// Nought is no limit. Past its time the program is ended by a signal.
+struct ProgramLimits {
+  unsigned seconds = 0;
+  std::size_t addressSpaceBytes = 0;
+};
+
 /// Runs `zrfigure ARGUMENTS` in a folder, with a file as its standard input, and waits for it.
 ProgramResult RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-                         const std::filesystem::path& input = "/dev/null");
+                         const std::filesystem::path& input = "/dev/null", ProgramLimits limits = {});
 
 using ScratchFolder = TemporaryFolder;
 

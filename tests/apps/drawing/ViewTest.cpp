@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <tuple>
 
 #include "apps/drawing/TestShapes.h"
@@ -67,6 +68,32 @@ TEST(ViewTest, FittedModelTouchesTheTargetAndIsCentred) {
   EXPECT_NEAR(box.maxX, 450, 1e-9);
   EXPECT_NEAR(box.Centre().y, 500, 1e-9);
   EXPECT_NEAR(view.scale, 10, 1e-12);
+}
+
+// Parts inside the box of the others are passed over: whatever their order, the box is that of every vertex, bit by
+// bit.
+TEST(ViewTest, BoxHoldsEveryVertexInWhateverOrderThePartsCome) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    std::mt19937 random(seed);
+    const auto coordinate = [&] { return static_cast<double>(random() % 21) - 10; };
+    std::vector<Mesh> parts;
+    for (int i = 0; i < 12; ++i) {
+      const Vec3 low{coordinate(), coordinate(), coordinate()};
+      parts.push_back(MakeBox(low, low + Vec3{1, 1, 1} * (random() % 8)));
+    }
+    const Model model = MakeModel(parts);
+    const View view = ViewOf(model, "33,21", 500);
+    Box2 expected;
+    for (const Mesh& part : parts) {
+      for (const auto& position : part.positions) {
+        const Vec3 pixel = view.ToPixel(ToVec3(position));
+        expected.Add({pixel.x, pixel.y});
+      }
+    }
+    const Box2 box = ProjectedBox(model, LeafOccurrences(model), view);
+    EXPECT_TRUE(box.minX == expected.minX && box.maxX == expected.maxX) << "seed " << seed;
+    EXPECT_TRUE(box.minY == expected.minY && box.maxY == expected.maxY) << "seed " << seed;
+  }
 }
 
 TEST(ViewTest, FitKeepsScaleFiniteWhenThereIsNothingToFit) {

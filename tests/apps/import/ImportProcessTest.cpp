@@ -59,14 +59,7 @@ TEST(ImportProcess, GivesOneClearLineForBadFiles) {
     EXPECT_EQ(result.error, "cannot read '" + path + "': " + input.reason);
     EXPECT_EQ(result.peakMemoryBytes == 0, input.isRefusedUnread) << input.file << ": whether a child was needed";
   }
-}
-
-TEST(ImportProcess, RefusesWhatIsNoReadableFile) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(Import("no/such.step").error, "cannot read 'no/such.step': no such file");
-  std::filesystem::create_directory(folder.Path() / "folder.step");
-  EXPECT_NE(Import((folder.Path() / "folder.step").string()).error.find("is a folder"), std::string::npos);
-  EXPECT_NE(Import("/dev/null").error.find("not a regular file"), std::string::npos);
+  EXPECT_EQ(Import("/dev/null").error, "cannot read '/dev/null': not a regular file");
 }
 
 void Hoard() {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <tuple>
 
 namespace zrfigure {
@@ -45,30 +44,19 @@ TEST(ModelSerialization, GivesBackWhatWasWritten) {
   EXPECT_EQ(SerializeModel(*model), SerializeModel(expected));
 }
 
-TEST(ModelSerialization, RefusesEveryTruncationAndSurplus) {
+TEST(ModelSerialization, RefusesEveryTruncationSurplusAndHugeCount) {
   const std::string bytes = SerializeModel(SmallModel());
-  for (std::size_t length = 0; length < bytes.size(); ++length) {
-    EXPECT_FALSE(DeserializeModel(std::string_view(bytes).substr(0, length)).has_value()) << length;
-  }
-  EXPECT_FALSE(DeserializeModel(bytes + '\0').has_value());
-}
-
-TEST(ModelSerialization, SurvivesFlippedBitsWithSoundModelOrNone) {
-  const std::string bytes = SerializeModel(SmallModel());
-  std::mt19937 random(7);
   int refused = 0;
-  for (int i = 0; i < 3000; ++i) {
-    std::string flipped = bytes;
-    for (unsigned flips = 1 + random() % 4; flips > 0; --flips) {
-      flipped[random() % flipped.size()] ^= static_cast<char>(1U << random() % 8);
-    }
-    const std::optional<Model> model = DeserializeModel(flipped);
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    EXPECT_FALSE(DeserializeModel(std::string_view(bytes).substr(0, at)).has_value()) << at;
+    const std::optional<Model> model = DeserializeModel(std::string(bytes).replace(at, 1, "\xff"));
     refused += model ? 0 : 1;
     for (const Occurrence& occurrence : model ? model->occurrences : std::vector<Occurrence>()) {
-      ASSERT_LT(static_cast<std::size_t>(occurrence.product), model->products.size());
+      ASSERT_LT(static_cast<std::size_t>(occurrence.product), model->products.size()) << at;
     }
   }
-  EXPECT_GT(refused, 500);
+  EXPECT_GT(refused, 100);
+  EXPECT_FALSE(DeserializeModel(bytes + '\0').has_value());
 }
 
 TEST(ModelSerialization, RefusesIndicesOutsideTheModel) {

@@ -32,6 +32,7 @@ TEST_F(CombinedCalloutTest, AnswersForItsMembersItems) {
   EXPECT_FALSE(combined_->RemoveItemId(8));
   EXPECT_EQ(combined_->RemoveItemId(5), members_[0]);
   EXPECT_FALSE(members_[0]->GetParent());
+  EXPECT_EQ(combined_->GetShapeInstanceIdAtPos(0), "gearbox/drive/shaft") << "stands where the next member does";
   EXPECT_TRUE(combined_->GetItemId(itemId));
   EXPECT_EQ(itemId, 6u);
   members_[1]->ClearItemId();

@@ -41,6 +41,8 @@ TEST_F(SmartPtrTest, CountsEveryHolder) {
   const SmartPtr<Node> moved = std::move(second);
   EXPECT_FALSE(second);
   EXPECT_EQ(node->GetReferenceCount(), 3U);
+  base = SmartPtr<Node>::Adopt(SmartPtr<Node>(moved).Detach());
+  EXPECT_EQ(node->GetReferenceCount(), 3U) << "a moving up-cast and a reference handed over count nothing";
   base.Reset();
   first.Swap(second);
   EXPECT_EQ(node->GetReferenceCount(), 2U);

@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -48,7 +49,7 @@ private:
   void IndexValues(unsigned itemId, const ItemValues& values);
   void UnindexValues(unsigned itemId, const ItemValues& values);
 
-  std::map<unsigned, ItemRow> rows_;
+  std::unordered_map<unsigned, ItemRow> rows_;  // never walked
   std::map<const SbomInstance*, unsigned> itemByInstance_;
   std::map<const ComponentNode*, std::map<unsigned, unsigned>> instanceCountByNode_;
   std::set<std::pair<unsigned, unsigned>> idsByIndex_;

@@ -49,6 +49,8 @@ public:
   /// The item's number as labels show it: the label text, or with hierarchical numbering the path joined by '.' when
   /// one is set.
   [[nodiscard]] std::string GetItemLabel(unsigned itemId) const;
+  /// The same in `label`; says whether the item is itemized.
+  bool ReadItemLabel(unsigned itemId, std::string& label) const;
   /// The item that holds the instance; false and `itemId` untouched when there is none.
   bool GetItemIdForInstance(const du::SmartPtr<SbomInstance>& instance, unsigned& itemId) const;
   /// The item that holds the instance, else the lowest one that holds an instance of the same component; false and

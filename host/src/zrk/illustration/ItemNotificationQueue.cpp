@@ -17,7 +17,13 @@ void ItemNotificationQueue::Push(ItemNotification notification) {
   }
   const auto [place, isNew] = mergeable_.emplace(Key(notification.kind, itemId), next_);
   if (isNew) {
-    entries_.emplace(next_++, std::move(notification));
+    try {
+      entries_.emplace(next_, std::move(notification));
+    } catch (...) {
+      mergeable_.erase(place);  // both or neither
+      throw;
+    }
+    ++next_;
     return;
   }
   ItemNotification& earlier = entries_.at(place->second);

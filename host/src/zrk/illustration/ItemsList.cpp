@@ -88,9 +88,16 @@ std::string ItemsList::MakeLabel(const ItemValues& values) const {
 }
 
 std::string ItemsList::GetItemLabel(unsigned itemId) const {
+  std::string label;
+  ReadItemLabel(itemId, label);
+  return label;
+}
+
+bool ItemsList::ReadItemLabel(unsigned itemId, std::string& label) const {
   const dp::MutexGuard guard(mutex_);
   const ItemRow* row = rows_.Find(itemId);
-  return row ? MakeLabel(row->values) : std::string();
+  label = row ? MakeLabel(row->values) : std::string();
+  return row && row->values.itemized;
 }
 
 bool ItemsList::GetItemIdForInstance(const du::SmartPtr<SbomInstance>& instance, unsigned& itemId) const {

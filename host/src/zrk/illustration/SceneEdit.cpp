@@ -151,10 +151,11 @@ void DeleteCalloutsOn(const ScenePtr& scene, const Parts& parts, const Operation
     const auto callout = du::DynamicCast<zrannotations::Callout>(annotation);
     if (!callout || callout->GetType() == zrannotations::Callout::TextType) continue;
     const auto leaders = callout->GetLeaders();
-    const bool losesAll = !leaders.empty() && std::all_of(leaders.begin(), leaders.end(), [&](const auto& leader) {
-      return EndsOn(*leader, instances);
-    });
-    if (losesAll) zrannotations::AnnotationEdit::DeleteCallout(scene, callout, operation);
+    const auto isLost = [&](const auto& leader) { return EndsOn(*leader, instances); };
+    const bool losesOne = std::any_of(leaders.begin(), leaders.end(), isLost);
+    const bool keepsOne = std::any_of(leaders.begin(), leaders.end(),
+                                      [&](const auto& leader) { return leader->IsResolved() && !isLost(leader); });
+    if (losesOne && !keepsOne) zrannotations::AnnotationEdit::DeleteCallout(scene, callout, operation);
   }
 }
 

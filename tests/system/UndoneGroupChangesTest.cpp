@@ -1,0 +1,94 @@
+// What random host calls once found: groups, members and leaders that change, and what is left of it in labels and
+// registry, there and back.
+#include <zrannotations/AnnotationEdit.h>
+#include <zrannotations/Inset.h>
+#include <zrk/CurrentOperation.h>
+#include <zrk/RecordOperation.h>
+#include <zrk/UndoHistory.h>
+#include <zrk/illustration/SceneEdit.h>
+
+#include "support/GeneratorFixture.h"
+#include "support/RegistryInvariants.h"
+
+namespace {
+
+using zrannotations::AnnotationEdit;
+using zrk::illustration::SceneEdit;
+using zrtest::Names;
+
+class UndoneGroupChangesTest : public zrtest::GeneratorFixture {
+protected:
+  UndoneGroupChangesTest() { engine_->SetCombineForSamePart(true); }
+
+  template <class Body>
+  void Edit(const Body& body) {
+    const auto operation = MakeOperation();
+    {
+      const zrk::CurrentOperation current(operation);
+      body(operation);
+    }
+    zrk::RecordOperation(operation);
+  }
+  void ExpectWholeRegistry() const {
+    EXPECT_EQ(zrtest::RegistryInvariants({scene_, tree_, items_, engine_}).Broken({}), Names());
+  }
+};
+
+TEST_F(UndoneGroupChangesTest, AJoinedLabelSaysTheFormerQuantityAgain) {
+  engine_->SetTemplate(zrtest::TemplateBuilder().Token("zrQTY").Literal("x").Token("zrITM").Build());
+  Run({"bolt", "bolt#2", "nut"});
+  Edit([&](const auto& operation) { AnnotationEdit::JoinCallouts(scene_, Shown(), operation); });
+  const auto before = Describe();
+  Edit([&](const auto& operation) { itemList_->RemoveInstance(PartOf("bolt").sbom, operation); });
+  const auto after = Describe();
+  EXPECT_NE(after, before);
+  for (const auto& expected : {before, after, before}) {
+    expected == before ? zrk::UndoHistory::Undo(scene_) : zrk::UndoHistory::Redo(scene_);
+    EXPECT_EQ(Describe(), expected);
+    ExpectWholeRegistry();
+  }
+}
+
+TEST_F(UndoneGroupChangesTest, ACalloutWhoseOnlyNewPartShowsNothingGoesWithTheOldOne) {
+  Run({"bolt"});
+  const auto before = Describe();
+  scene_->RemoveShapeInstance(PartOf("bolt#2").shape);
+  Edit([&](const auto& operation) {
+    items_->BeginUpdate();
+    itemList_->AddInstance(PartOf("bolt#2").sbom, operation, false, {});
+    itemList_->RemoveInstance(PartOf("bolt").sbom, operation);
+    items_->EndUpdate();
+  });
+  EXPECT_EQ(Describe(), Names());
+  ExpectWholeRegistry();
+  zrk::UndoHistory::Undo(scene_);
+  EXPECT_EQ(Describe(), before);
+  ExpectWholeRegistry();
+}
+
+TEST_F(UndoneGroupChangesTest, AJoinedCalloutLeavesNothingBehindInTheInsetOfAMember) {
+  Run({"bolt", "nut"});
+  Edit([&](const auto& operation) { AnnotationEdit::AddInset(scene_, PartOf("nut").sbom, "Detail", operation); });
+  Shown().back()->SetInsetAtPos(du::DynamicCast<zrannotations::Inset>(scene_->GetAnnoSet()->GetAnnotations().back()),
+                                0);
+  Edit([&](const auto& operation) { AnnotationEdit::JoinCallouts(scene_, Shown(), operation); });
+  ExpectWholeRegistry();
+  zrk::UndoHistory::Undo(scene_);
+  ExpectWholeRegistry();
+}
+
+TEST_F(UndoneGroupChangesTest, ACalloutGoesWithTheLastPartThatIsLeftToPointAt) {
+  const auto both = MakeCallout(zrtest::TemplateBuilder().Property("", "name").Build(), PartOf("bolt"));
+  AddLeader(both, PartOf("frame/beam"));
+  Add(both);
+  for (const char* part : {"frame", "bolt"}) {
+    EXPECT_EQ(Shown().size(), 1u) << part;
+    Edit([&](const auto& operation) { SceneEdit::RemoveInstance(scene_, PartOf(part).sbom, operation); });
+  }
+  EXPECT_EQ(Describe(), Names());
+  zrk::UndoHistory::Undo(scene_);
+  EXPECT_EQ(Shown(), std::vector<zrtest::CalloutPtr>{both});
+  ExpectWholeRegistry();
+}
+
+}  // namespace
