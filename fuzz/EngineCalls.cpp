@@ -51,10 +51,16 @@ struct StrangeCall {
 using InstanceSet = std::set<du::SmartPtr<zrk::illustration::SbomInstance>>;
 
 const StrangeCall kStrangeCalls[] = {
-    {"callout arrives", [](LiveScene& live, const Strangers& with) { live.engine->OnAddAnnotation(with.callout); }},
-    {"callout leaves", [](LiveScene& live, const Strangers& with) { live.engine->OnRemoveAnnotation(with.callout); }},
-    {"inset arrives", [](LiveScene& live, const Strangers& with) { live.engine->OnAddAnnotation(with.inset); }},
-    {"inset leaves", [](LiveScene& live, const Strangers& with) { live.engine->OnRemoveAnnotation(with.inset); }},
+    // A host tells an engine of what comes and goes in the engine's own scene only.
+    {"nothing arrives, leaves and is drawn",
+     [](LiveScene& live, const Strangers& /*with*/) {
+       live.engine->OnAddAnnotation(nullptr);
+       live.engine->OnRemoveAnnotation(nullptr);
+       live.engine->OnShapeInstanceCreate(nullptr);
+       live.engine->OnShapeInstanceLocation(nullptr);
+       live.engine->OnShapeInstanceVisibility(nullptr, false);
+       live.engine->OnShapeInstanceRemove(nullptr);
+     }},
     {"inset changes", [](LiveScene& live, const Strangers& with) { live.engine->OnInsetChanged(with.inset); }},
     {"callout is modified",
      [](LiveScene& live, const Strangers& with) { live.engine->OnAnnotationModified(with.callout, true); }},
@@ -65,14 +71,6 @@ const StrangeCall kStrangeCalls[] = {
        live.engine->OnAddAnnotation(live.looseCallout);
        live.engine->OnRemoveAnnotation(live.looseCallout);
      }},
-    {"shape is created",
-     [](LiveScene& live, const Strangers& with) { live.engine->OnShapeInstanceCreate(with.part.shape); }},
-    {"shape moves",
-     [](LiveScene& live, const Strangers& with) { live.engine->OnShapeInstanceLocation(with.part.shape); }},
-    {"shape is hidden",
-     [](LiveScene& live, const Strangers& with) { live.engine->OnShapeInstanceVisibility(with.part.shape, false); }},
-    {"shape is removed",
-     [](LiveScene& live, const Strangers& with) { live.engine->OnShapeInstanceRemove(with.part.shape); }},
     {"view",
      [](LiveScene& live, const Strangers& with) {
        dg::Camera3D camera;

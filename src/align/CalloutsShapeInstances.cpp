@@ -12,7 +12,6 @@
 #include <zrk/ShapeScene.h>
 #include <zrk/illustration/SbomInstance.h>
 
-#include "engine/SceneMembership.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -40,7 +39,7 @@ void ForEachLevel(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance, Visitor
 void Callouts::OnShapeInstanceCreate(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance) {
   const auto instance = shapeInstance ? shapeInstance->GetInstance() : nullptr;
   const auto sbom = instance ? instance->GetSbomInstance() : nullptr;
-  if (!sbom || IsElsewhere(*this, shapeInstance->GetShapeScene())) return;
+  if (!sbom) return;
   const std::string id = hostlayer::IdOf(sbom);
   for (const auto& callout : CopyOfCalloutsAt(id)) {
     callout->OnShapeInstanceCreate(shapeInstance);
@@ -53,7 +52,6 @@ void Callouts::OnShapeInstanceCreate(const du::SmartPtr<zrk::ShapeInstance>& sha
 }
 
 void Callouts::OnShapeInstanceLocation(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance) {
-  if (shapeInstance && IsElsewhere(*this, shapeInstance->GetShapeScene())) return;
   ForEachLevel(shapeInstance, [&](const std::string& id, const du::SmartPtr<SbomInstance>& /*sbom*/) {
     for (const auto& callout : CopyOfCalloutsAt(id)) callout->OnShapeInstanceLocation(shapeInstance);
   });
@@ -61,7 +59,6 @@ void Callouts::OnShapeInstanceLocation(const du::SmartPtr<zrk::ShapeInstance>& s
 
 void Callouts::OnShapeInstanceVisibility(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance, bool visible) {
   const auto shapeScene = shapeInstance ? shapeInstance->GetShapeScene() : nullptr;
-  if (IsElsewhere(*this, shapeScene)) return;
   bool shown = visible;  // a level without structure instance keeps the value found last
   ForEachLevel(shapeInstance, [&](const std::string& id, const du::SmartPtr<SbomInstance>& sbom) {
     const CalloutSet callouts = CopyOfCalloutsAt(id);
@@ -75,7 +72,7 @@ void Callouts::OnShapeInstanceVisibility(const du::SmartPtr<zrk::ShapeInstance>&
 
 void Callouts::OnShapeInstanceRemove(const du::SmartPtr<zrk::ShapeInstance>& shapeInstance) {
   const auto instance = shapeInstance ? shapeInstance->GetInstance() : nullptr;
-  if (!instance || IsElsewhere(*this, shapeInstance->GetShapeScene())) return;
+  if (!instance) return;
   if (instance->Is3dSymbol()) {
     const auto scene = GetScene();
     const auto annoSet = scene ? scene->GetAnnoSet() : nullptr;

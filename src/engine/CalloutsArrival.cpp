@@ -22,7 +22,6 @@
 #include "engine/EngineLink.h"
 #include "engine/InsetObserver.h"
 #include "engine/OnFailure.h"
-#include "engine/SceneMembership.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -51,7 +50,6 @@ bool DropLeaderlessMembers(CombinedCallout& combined) {
 }  // namespace
 
 void Callouts::OnAddAnnotation(const du::SmartPtr<zrk::Annotation>& annotation) {
-  if (annotation && IsElsewhere(*this, annotation->GetScene())) return;
   if (du::DynamicCast<SymbolAnnotation>(annotation)) {
     OnAddSymbolAnnotation(annotation);
   } else if (const auto inset = du::DynamicCast<Inset>(annotation)) {

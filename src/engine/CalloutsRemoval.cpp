@@ -10,7 +10,6 @@
 #include <zrk/ShapeScene.h>
 
 #include "engine/InsetObserver.h"
-#include "engine/SceneMembership.h"
 #include "hostlayer/HostLayer.h"
 #include "zrcallouts/Callouts.h"
 
@@ -29,7 +28,6 @@ constexpr unsigned kCalloutKind = 2;
 }  // namespace
 
 void Callouts::OnRemoveAnnotation(const du::SmartPtr<zrk::Annotation>& annotation) {
-  if (!annotation || IsDestroyed() || IsElsewhere(*this, annotation->GetScene())) return;
   if (const auto inset = du::DynamicCast<Inset>(annotation)) {
     OnRemoveInset(inset);
   } else if (const auto callout = du::DynamicCast<Callout>(annotation)) {

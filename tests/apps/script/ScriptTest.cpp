@@ -217,6 +217,7 @@ TEST(ScriptTest, ScriptStopsAtAWrongCommandWithItsFileAndLine) {
   EXPECT_EQ(result.exitCode, 2);
   EXPECT_EQ(result.errors, "s.zrf:4: no model is open: begin with open MODEL\n");
   EXPECT_EQ(AnswersOf(result.output, "help").size(), 0u);
+  EXPECT_EQ(RunScript("quit\ngenerate\n").exitCode, 0) << "nothing behind quit is run";
 }
 
 TEST(ScriptTest, SecondModelTakesThePlaceOfTheFirst) {
