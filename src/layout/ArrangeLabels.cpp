@@ -1,5 +1,6 @@
-// Labels placed anew: the layout moves them, and steps made of what stood before make the move undoable.
-#include <map>
+// Labels placed anew: the layout moves them, and steps made beforehand know the way back.
+#include <utility>
+#include <vector>
 
 #include <dg/Location.h>
 #include <zrannotations/Callout.h>
@@ -7,6 +8,7 @@
 #include <zrk/Operation.h>
 #include <zrk/ShapeView.h>
 
+#include "engine/OnFailure.h"
 #include "hostlayer/HostLayer.h"
 #include "layout/Layout.h"
 #include "layout/LeaderRoutesOperationStep.h"
@@ -20,47 +22,44 @@ namespace zrcallouts {
 
 namespace {
 
-using Places = std::map<du::SmartPtr<Callout>, zrannotations::CalloutLabelPlacement>;
+using Steps = std::vector<du::SmartPtr<zrk::OperationStep>>;
 
-dg::Location PlaceOf(const du::SmartPtr<Callout>& callout) {
-  return dg::Location(dg::FMat33::IDENTITY, hostlayer::IsLabelRelativeToScreen(callout)
-                                                ? hostlayer::RelativeScreenPosition(callout)
-                                                : callout->GetPosition());
-}
-
-void AddSteps(const Places& former, std::vector<LeaderRoutesOperationStep::Route> routes,
-              const du::SmartPtr<zrk::Operation>& operation) {
-  for (const auto& [callout, placement] : former) {
-    const dg::Location place = PlaceOf(callout);
+// What takes the labels and leaders back to how they stand now; made before anything moves.
+Steps StepsBack(const Layout::CalloutSet& callouts) {
+  Steps steps;
+  std::vector<LeaderRoutesOperationStep::Route> routes;
+  for (const auto& callout : callouts) {
+    for (const auto& leader : callout->GetLeaders()) routes.emplace_back(leader, leader->GetBendPoints());
+    const dg::Location place(dg::FMat33::IDENTITY, callout->GetPosition());
     const du::SmartPtr<MoveOperationStep> move(new MoveOperationStep(callout, 0, place, place, false));
     if (!move) continue;
-    move->SetPlacementBefore(placement);
-    operation->AddStep(move);
+    move->SetPlacementBefore(hostlayer::LabelPlacementOf(callout));
+    steps.push_back(move);
   }
-  operation->AddStep(du::SmartPtr<zrk::OperationStep>(new LeaderRoutesOperationStep(std::move(routes))));
+  const du::SmartPtr<zrk::OperationStep> back(new LeaderRoutesOperationStep(std::move(routes)));
+  if (back) steps.push_back(back);
+  return steps;
 }
 
 }  // namespace
 
 bool ArrangeLabels(const du::SmartPtr<Callouts>& engine, const du::SmartPtr<zrk::ShapeView>& view,
                    const std::vector<du::SmartPtr<Callout>>& callouts, const du::SmartPtr<zrk::Operation>& operation) {
-  Places former;
+  Layout::CalloutSet labels, pinned;
   for (const auto& callout : callouts) {
-    if (callout) former.emplace(callout, hostlayer::LabelPlacementOf(callout));
+    if (callout) labels.insert(callout);
+    if (hostlayer::IsLabelRelativeToScreen(callout)) pinned.insert(callout);
   }
-  if (!engine || !view || former.empty()) return false;
-  Layout::CalloutSet labels;
-  std::vector<LeaderRoutesOperationStep::Route> routes;
-  for (const auto& [callout, placement] : former) {
-    labels.insert(callout);
-    for (const auto& leader : callout->GetLeaders()) routes.emplace_back(leader, leader->GetBendPoints());
+  if (!engine || !view || labels.empty()) return false;
+  const Steps steps = StepsBack(labels);
+  const OnFailure takeBack([&] {
+    for (const auto& step : steps) step->Undo();
+  });
+  if (!Layout(view, engine).Place(labels)) return false;
+  for (const auto& callout : pinned) callout->SetLabelScreenSpaceMode(view);
+  for (const auto& step : steps) {
+    if (operation) operation->AddStep(step);
   }
-  Layout layout(view, engine);
-  if (!layout.Place(labels)) return false;
-  for (const auto& [callout, placement] : former) {
-    if (placement.relativeToScreen) callout->SetLabelScreenSpaceMode(view);
-  }
-  if (operation) AddSteps(former, std::move(routes), operation);
   view->SetDirty(true);
   return true;
 }

@@ -166,6 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Scenario{"InsetChanges", &S::GenerateInset, &S::ChangeInset, {0, 3, 4}},
                     Scenario{"SymbolGoes", &S::AddSymbolCallouts, &S::DeleteSymbol, {0, 0, 4}},
                     Scenario{"Alignment", &S::GenerateApart, &S::AlignLabels, {3, 3, 12}},
+                    Scenario{"Arranging", &S::GenerateApart, &S::ArrangeLabels, {1, 4, 4}},
                     Scenario{"Spreading", &S::GenerateApart, &S::SpreadLabels, {0, 4, 4}},
                     Scenario{"SheetAlignment", &S::StartEmpty, &S::AlignSheet, {0, 3, 4}},
                     Scenario{"SheetCallout", &S::GenerateApart, &S::CreateOnSheet, {1, 2, 4}},

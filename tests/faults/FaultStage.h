@@ -13,6 +13,9 @@
 
 namespace zrtest {
 
+/// Too long for a string to hold without asking for memory.
+constexpr const char* kLongText = "more than 15 letters";
+
 /// Operations end at the component's interface, so that a fault meets the component and no other part of the host.
 class FaultStage : public GeneratorFixture {
 public:
@@ -26,7 +29,7 @@ public:
   void StartEmpty() {}
   void CombineLeaders() { engine_->SetCombineForSamePart(true); }
   void HideLeaders() { engine_->SetDrawOneForSamePart(true); }
-  void UsePlainTemplate() { engine_->SetTemplate(TextTemplate("more than 15 letters")); }
+  void UsePlainTemplate() { engine_->SetTemplate(TextTemplate(kLongText)); }
   void UsePropertyTemplate();
   void GenerateApart() { RunOn(parts_); }
   void GenerateCombined();
@@ -76,6 +79,7 @@ public:
   void UndoAndRedo();
   void AlignLabels();
   void SpreadLabels();
+  void ArrangeLabels();
   void AlignSheet();
   void CreateOnSheet();
   void UpdateSheet();
