@@ -189,6 +189,7 @@ private:
 
   du::SmartPtr<Callouts> engine_;
   CalloutSet created_;
+  std::map<SbomInstancePtr, Candidates> candidates_;
   du::SmartPtr<zrk::View> view_;
   du::SmartPtr<zrk::ShapeScene> scene_;
   du::SmartPtr<zritemlist::ItemList> itemList_;
@@ -205,7 +206,6 @@ private:
   std::vector<du::Symbol> propertyGroups_;
   std::vector<du::Symbol> propertyNames_;
   bool addToItemList_ = false;
-  std::map<SbomInstancePtr, Candidates> candidates_;
 };
 
 }  // namespace zrcallouts

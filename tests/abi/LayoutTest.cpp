@@ -30,11 +30,12 @@ template struct FieldOrder<Callouts, &Callouts::pickRequestCount_, &Callouts::co
                            &Callouts::insetTable_, &Callouts::insetObservers_, &Callouts::applicationObserver_,
                            &Callouts::treeObserver_, &Callouts::annoSetTableObserver_>;
 template struct FieldOrder<
-    CalloutGenerator, &CalloutGenerator::engine_, &CalloutGenerator::created_, &CalloutGenerator::view_,
-    &CalloutGenerator::scene_, &CalloutGenerator::itemList_, &CalloutGenerator::variantsCount_,
-    &CalloutGenerator::plainCategories_, &CalloutGenerator::propertyCategories_, &CalloutGenerator::itemCategories_,
-    &CalloutGenerator::plainCurrent_, &CalloutGenerator::propertyCurrent_, &CalloutGenerator::itemCurrent_,
-    &CalloutGenerator::needsProperty_, &CalloutGenerator::plain_, &CalloutGenerator::needsItemList_>;
+    CalloutGenerator, &CalloutGenerator::engine_, &CalloutGenerator::created_, &CalloutGenerator::candidates_,
+    &CalloutGenerator::view_, &CalloutGenerator::scene_, &CalloutGenerator::itemList_,
+    &CalloutGenerator::variantsCount_, &CalloutGenerator::plainCategories_, &CalloutGenerator::propertyCategories_,
+    &CalloutGenerator::itemCategories_, &CalloutGenerator::plainCurrent_, &CalloutGenerator::propertyCurrent_,
+    &CalloutGenerator::itemCurrent_, &CalloutGenerator::needsProperty_, &CalloutGenerator::plain_,
+    &CalloutGenerator::needsItemList_>;
 template struct FieldOrder<Align, &Align::mode_, &Align::distribute_, &Align::view_, &Align::operation_, &Align::range_,
                            &Align::spacing_, &Align::axes_, &Align::lineStart_, &Align::lineEnd_, &Align::pageBox_,
                            &Align::pageScale_, &Align::labelsOutsidePage_, &Align::pipeline_, &Align::context_>;
