@@ -49,7 +49,8 @@ seeded_calls() {
 fuzz() {
   local target=$1 corpus=build/fuzz/corpus/$1 log=$findings/$1.log
   mkdir -p "$corpus"
-  build/fuzz/sanitized/bin/"$target" -runs="$3" -max_len="$4" -timeout=60 -rss_limit_mb=4096 -print_final_stats=0 -verbosity=0 \
+  LSAN_OPTIONS=suppressions=$PWD/fuzz/leaks.supp:print_suppressions=0 \
+    build/fuzz/sanitized/bin/"$target" -runs="$3" -max_len="$4" -timeout=60 -rss_limit_mb=4096 -print_final_stats=0 -verbosity=0 \
     -artifact_prefix="$findings/$target-" "$corpus" $2 >"$log" 2>&1 && rm "$log" && return
   report "$target" "$log" "$5 $(ls -t "$findings/$target"-* 2>/dev/null | head -n 1)"
 }
