@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <memory>
 #include <sstream>
 #include <string_view>
 
@@ -16,12 +18,18 @@ namespace {
 
 constexpr std::size_t kMostLines = 40;
 
-/// One for the process: it starts another process and the host, which costs more than a script.
-zrfigure::ScriptRunner& TheRunner() {
+std::unique_ptr<zrfigure::ScriptRunner> runnerOfProcess;
+
+/// One for the process, with a new model: it starts another process and the host, which costs more than a script.
+zrfigure::ScriptRunner& RunnerWithModel() {
   static std::ostringstream output;
-  static zrfigure::ScriptRunner runner(output, false);
+  if (!runnerOfProcess) runnerOfProcess = std::make_unique<zrfigure::ScriptRunner>(output, false);
   output.str({});
-  return runner;
+  std::string error;
+  runnerOfProcess->GetWorkspace().Open(zrfigure::fixtures::MakePress(), *zrfigure::ParseViewDirection("iso", error));
+  // The host's statics came with the first model; the runner has to go before they do.
+  [[maybe_unused]] static const int registered = std::atexit([] { runnerOfProcess.reset(); });
+  return *runnerOfProcess;
 }
 
 bool TouchesFiles(const std::string& line) {
@@ -49,9 +57,7 @@ std::optional<std::string> RunLine(zrfigure::ScriptRunner& runner, const std::st
 }  // namespace
 
 std::optional<std::string> RunScriptInput(std::span<const std::uint8_t> script) {
-  zrfigure::ScriptRunner& runner = TheRunner();
-  std::string error;
-  runner.GetWorkspace().Open(zrfigure::fixtures::MakePress(), *zrfigure::ParseViewDirection("iso", error));
+  zrfigure::ScriptRunner& runner = RunnerWithModel();
   std::istringstream lines(std::string(script.begin(), script.end()));
   std::string line;
   for (std::size_t number = 1; number <= kMostLines && std::getline(lines, line); ++number) {
