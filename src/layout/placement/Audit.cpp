@@ -68,17 +68,16 @@ bool LeaderSegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d) 
 }
 
 bool LeadersMeet(const Item& itemA, const LabelSpot& spotA, const Item& itemB, const LabelSpot& spotB) {
-  bool meet = false;
-  ForEachSegment(itemA, spotA, [&](FixedPoint a, FixedPoint b) {
-    ForEachSegment(itemB, spotB, [&](FixedPoint c, FixedPoint d) { meet = meet || LeaderSegmentsMeet(a, b, c, d); });
+  return AnySegment(itemA, spotA, [&](FixedPoint a, FixedPoint b) {
+    const FixedBox bounds = BoundsOf(a, b);
+    return AnySegment(itemB, spotB, [&](FixedPoint c, FixedPoint d) {
+      return !AreApart(bounds, BoundsOf(c, d)) && LeaderSegmentsMeet(a, b, c, d);
+    });
   });
-  return meet;
 }
 
 bool LeaderEntersBox(const Item& item, const LabelSpot& spot, const FixedBox& box) {
-  bool enters = false;
-  ForEachSegment(item, spot, [&](FixedPoint a, FixedPoint b) { enters = enters || SegmentEntersBox(a, b, box); });
-  return enters;
+  return AnySegment(item, spot, [&](FixedPoint a, FixedPoint b) { return SegmentEntersBox(a, b, box); });
 }
 
 Tally Audit(const Scene& scene, const SpotList& spots) {

@@ -33,7 +33,7 @@ private:
   void AddLabel(std::size_t i);
   [[nodiscard]] std::vector<Candidate> Candidates(const Item& item, bool offModel) const;
   [[nodiscard]] bool IsFree(const FixedBox& box) const;
-  [[nodiscard]] int Conflicts(std::size_t i, const LabelSpot& spot) const;
+  [[nodiscard]] int Conflicts(std::size_t i, const LabelSpot& spot, int enough) const;
 
   const Scene& scene_;
   SpotList& spots_;
@@ -85,8 +85,9 @@ bool FreeSpace::IsFree(const FixedBox& box) const {
   return true;
 }
 
-/// Leaders and labels that the item would get in the way of on this spot, and foreign anchors that it would cover.
-int FreeSpace::Conflicts(std::size_t i, const LabelSpot& spot) const {
+/// Leaders and labels that the item would get in the way of on this spot, and foreign anchors that it would cover;
+/// counted up to `enough`.
+int FreeSpace::Conflicts(std::size_t i, const LabelSpot& spot, int enough) const {
   const Item& item = scene_.items[i];
   int count = 0;
   const auto nearLeaders = [&](const GridIndex& index) -> const std::vector<std::uint32_t>& {
@@ -101,15 +102,23 @@ int FreeSpace::Conflicts(std::size_t i, const LabelSpot& spot) const {
     index.CollectNearBox(spot.box, near_);
     return near_;
   };
-  for (const std::uint32_t j : nearLeaders(leaders_)) {
-    count += LeadersMeet(item, spot, scene_.items[j], spots_[j]);
+  const auto addAll = [&](const std::vector<std::uint32_t>& others, const auto& conflictsWith) {
+    for (auto other = others.begin(); other != others.end() && count < enough; ++other)
+      count += static_cast<int>(conflictsWith(*other));
+  };
+  addAll(nearLeaders(leaders_), [&](std::uint32_t j) {
     tests_ += item.anchors.size() * scene_.items[j].anchors.size();
-  }
-  for (const std::uint32_t j : nearLeaders(labels_)) count += LeaderEntersBox(item, spot, spots_[j].box);
-  for (const std::uint32_t k : nearLeaders(obstacles_)) count += LeaderEntersBox(item, spot, scene_.obstacles[k]);
-  for (const std::uint32_t j : nearBox(leaders_)) count += LeaderEntersBox(scene_.items[j], spots_[j], spot.box);
-  for (const std::uint32_t j : nearBox(anchors_))
-    for (const FixedPoint anchor : scene_.items[j].anchors) count += j != i && NearestInBox(anchor, spot.box) == anchor;
+    return LeadersMeet(item, spot, scene_.items[j], spots_[j]);
+  });
+  addAll(nearLeaders(labels_), [&](std::uint32_t j) { return LeaderEntersBox(item, spot, spots_[j].box); });
+  addAll(nearLeaders(obstacles_), [&](std::uint32_t k) { return LeaderEntersBox(item, spot, scene_.obstacles[k]); });
+  addAll(nearBox(leaders_), [&](std::uint32_t j) { return LeaderEntersBox(scene_.items[j], spots_[j], spot.box); });
+  addAll(nearBox(anchors_), [&](std::uint32_t j) {
+    const auto& anchors = scene_.items[j].anchors;
+    return j == i ? 0 : std::count_if(anchors.begin(), anchors.end(), [&](FixedPoint anchor) {
+      return NearestInBox(anchor, spot.box) == anchor;
+    });
+  });
   return count;
 }
 
@@ -142,7 +151,7 @@ bool FreeSpace::Place(std::size_t i, bool offModel) {
     if (++tried > mostFree_ || (best.placed && tests_ > mostTests_)) break;
     const FixedPoint attach = NearestInBox(item.focus, candidate.box);
     const LabelSpot spot{true, candidate.box, attach, attach};
-    const int conflicts = Conflicts(i, spot);
+    const int conflicts = Conflicts(i, spot, fewest);
     if (conflicts >= fewest) continue;
     fewest = conflicts;
     best = spot;

@@ -49,6 +49,15 @@ void ForEachSegment(const Item& item, const LabelSpot& spot, Visitor&& visit) {
   if (spot.port != spot.attach) visit(spot.port, spot.attach);
 }
 
+/// Whether test(a, b) holds for one of the segments that ForEachSegment visits; the first ends the search.
+template <class Test>
+[[nodiscard]] bool AnySegment(const Item& item, const LabelSpot& spot, Test&& test) {
+  if (!spot.placed || item.anchors.empty()) return false;
+  for (const FixedPoint anchor : item.anchors)
+    if (anchor != spot.port && test(anchor, spot.port)) return true;
+  return spot.port != spot.attach && test(spot.port, spot.attach);
+}
+
 /// Length of all leaders of an item in raster units.
 [[nodiscard]] double LeaderLength(const Item& item, const LabelSpot& spot);
 
