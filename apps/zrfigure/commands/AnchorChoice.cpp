@@ -218,7 +218,7 @@ std::vector<PictureCallouts> ChooseAnchors(const AnchorRequest& request, const s
       const Candidate& chosen = claim->candidates[claim->chosen];
       if (chosen.region != nullptr) result[p].regions.push_back(*chosen.region);
       if (claim->IsSeen()) targets[p].insert(claim->targets.begin(), claim->targets.end());
-      if (!claim->IsSeen()) targets[p].insert(chosen.target);
+      if (!claim->IsSeen() && !request.skipHidden) targets[p].insert(chosen.target);
     }
     std::ranges::sort(result[p].regions, {}, &VisibleRegion::occurrence);
   }

@@ -21,6 +21,7 @@ struct AnchorRequest {
   const std::vector<int>& selected;
   CalloutMode mode = CalloutMode::OnePerItem;
   const std::vector<int>& pinned;  ///< Leaves or assemblies to keep as anchors where they are seen well enough.
+  bool skipHidden = false;         ///< What is seen nowhere gets no callout.
 };
 
 /// Divides the callouts among the pictures: an item, or with PerInstance a part, goes where the best seen of its parts

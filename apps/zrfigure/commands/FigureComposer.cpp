@@ -196,7 +196,7 @@ PartsTable ComposeFullTable(const PartsList& list, const std::string& language) 
   return table;
 }
 
-std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures) {
+std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures, bool withoutCallout) {
   std::vector<Finding> findings;
   std::set<unsigned> called;
   std::set<int> visible;
@@ -207,7 +207,7 @@ std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures) {
   for (const ItemState& item : pictures.back().items) {
     const bool seen = std::any_of(item.occurrences.begin(), item.occurrences.end(),
                                   [&](int occurrence) { return visible.count(occurrence) > 0; });
-    if (seen || called.count(item.id) == 0) continue;
+    if (seen || (!withoutCallout && called.count(item.id) == 0)) continue;
     const OccurrenceTree& tree = pictures.back().tree;
     const std::string name = item.occurrences.empty() ? "" : tree.ProductOf(item.occurrences.front()).name;
     findings.push_back({"item-not-visible", static_cast<int>(item.id),

@@ -149,7 +149,9 @@ std::vector<PictureResult> FigureMaker::CreateCallouts(const std::vector<Picture
   std::string error;
   if (!process.LoadComponent(error)) throw CommandFailure{error};
   const std::vector<int> pinned = OccurrencesOf(pins_);
-  const auto choices = ChooseAnchors({tree_, rows_, selected_, options_.mode, pinned}, pictures);
+  const auto choices = ChooseAnchors({tree_, rows_, selected_, options_.mode, pinned, options_.skipHidden}, pictures);
+  const auto hasCallouts = [](const PictureCallouts& choice) { return !choice.selected.empty(); };
+  if (std::ranges::none_of(choices, hasCallouts)) throw CommandFailure{"--skip-hidden: nothing selected can be seen"};
   std::vector<unsigned> order;
   std::vector<PictureResult> results;
   for (std::size_t i = 0; i < pictures.size(); ++i) {
@@ -209,10 +211,10 @@ FigureDocument FigureMaker::Make() {
   FigureDocument document;
   document.report = MakeReport(results, figure);
   document.list = ComposePartsList(tree_, results.back().items);
-  for (Finding& finding : FindHiddenItems(inputs)) {
+  for (Finding& finding : FindHiddenItems(inputs, options_.skipHidden)) {
     const std::string id = std::to_string(finding.item);
     std::ranges::find(document.list.items, id, &PartsListItem::itemId)->shown = false;
-    document.report.findings.push_back(std::move(finding));
+    if (!options_.skipHidden) document.report.findings.push_back(std::move(finding));
   }
   const PageSetup setup{model_.sourceName, options_.page, options_.language, LeaderWeightMm(definition_),
                         options_.listPlace};

@@ -44,18 +44,22 @@ struct RawOptions {
   std::string templateName = "number", numbering = "flat", language = "en", level;
   std::string order = "item", callouts = "3d", align;
   std::vector<std::string> views, select, weld;
-  bool portrait = false, landscape = false, frame = false, distribute = false;
+  bool portrait = false, landscape = false, frame = false, distribute = false, skipHidden = false;
   bool perInstance = false, combine = false;
   bool quiet = false, json = false, strict = false;
 };
 
 void DefineFiles(CLI::App& app, RawOptions& raw) {
-  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")->type_name(" ")->group("Input and output");
+  app.add_option("MODEL", raw.model, "Assembly to draw: .step .stp .glb .gltf .obj")
+      ->type_name(" ")
+      ->group("Input and output");
   app.add_option("-o,--output", raw.figure,
                  "Figure to write: .svg .pdf .png .html (default: the model's name with .svg)")
       ->type_name("FILE")
       ->group("Input and output");
-  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json .html")->type_name("FILE")->group("Input and output");
+  app.add_option("--parts", raw.parts, "Parts list to write: .csv .json .html")
+      ->type_name("FILE")
+      ->group("Input and output");
 }
 
 void DefineCheckedFile(CLI::App& app, RawOptions& raw) {
@@ -102,6 +106,7 @@ void DefineCallouts(CLI::App& app, RawOptions& raw) {
   app.add_option("--level", raw.level, "Instances at this depth (the root is 0) instead of leaf parts")
       ->type_name("N")
       ->group(group);
+  app.add_flag("--skip-hidden", raw.skipHidden, "No callouts for items of which nothing can be seen")->group(group);
   app.add_option("--numbering", raw.numbering, "flat or hierarchical")->type_name("KIND")->group(group);
   app.add_option("--order", raw.order, "Numbers run by item, or clockwise round the figure")
       ->type_name("ORDER")
@@ -251,6 +256,7 @@ void ConvertCallouts(const RawOptions& raw, Options& options) {
   options.select = RequirePatterns("--select", raw.select);
   options.weld = RequirePatterns("--weld", raw.weld);
   options.level = ConvertLevel(raw.level);
+  options.skipHidden = raw.skipHidden;
   RequireOneOf("--numbering", raw.numbering, {"flat", "hierarchical"});
   options.hierarchical = raw.numbering == "hierarchical";
   ConvertArrangement(raw, options);

@@ -45,6 +45,7 @@ struct Options {
   CalloutMode mode = CalloutMode::OnePerItem;
   std::vector<std::string> select;  ///< Globs; empty selects everything.
   std::optional<unsigned> level;    ///< Depth of the selected instances, the root being 0; none: leaf parts.
+  bool skipHidden = false;          ///< What cannot be seen gets a grey row and no callout.
   bool hierarchical = false;
   ItemOrder order = ItemOrder::Item;
   CalloutKind kind = CalloutKind::Scene;
