@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ int main(int argc, char** argv) {
     }
     if (parsed.error.empty()) return zrfigure::kExitDone;
     std::fprintf(stderr, "zrfigure: %s\n", parsed.error.c_str());
+  } catch (const std::bad_alloc&) {
+    std::fputs("zrfigure: stopped: there is not enough memory\n", stderr);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "zrfigure: stopped: %s\n", error.what());
   }

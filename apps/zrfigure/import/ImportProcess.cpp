@@ -73,8 +73,16 @@ void LimitResources(const ImportRequest& request) {
   if (!kCanLimitMemory || request.memoryLimitBytes == 0) return;
   rlimit memory{};
   getrlimit(RLIMIT_AS, &memory);
-  memory.rlim_cur = std::min<rlim_t>(request.memoryLimitBytes, memory.rlim_max);
+  memory.rlim_cur = std::min<rlim_t>(request.memoryLimitBytes, memory.rlim_cur);  // RLIM_INFINITY is the largest value
   setrlimit(RLIMIT_AS, &memory);
+}
+
+/// Names the limit in force, which may be one that was there before.
+std::string MemoryReason() {
+  rlimit memory{};
+  getrlimit(RLIMIT_AS, &memory);
+  if (memory.rlim_cur == RLIM_INFINITY) return "there is not enough memory for it";
+  return "it needs more than " + Megabytes(memory.rlim_cur) + " of memory";
 }
 
 /// The caller's handlers must not run in the child, nor may the CAD library write where the caller writes.
@@ -94,9 +102,9 @@ std::string ImportedBlock(const ImportRequest& request) {
   } catch (const ImportError& error) {
     return kReason + std::string(error.what());
   } catch (const std::bad_alloc&) {
-    return kReason + std::string("it needs more than ") + Megabytes(request.memoryLimitBytes) + " of memory";
+    return kReason + MemoryReason();
   } catch (const Standard_OutOfMemory&) {
-    return kReason + std::string("it needs more than ") + Megabytes(request.memoryLimitBytes) + " of memory";
+    return kReason + MemoryReason();
   } catch (const Standard_Failure& failure) {
     return kReason + std::string("the CAD library gave up: ") + CleanText(failure.GetMessageString());
   } catch (const std::exception& error) {

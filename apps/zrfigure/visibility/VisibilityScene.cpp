@@ -1,6 +1,7 @@
 #include "visibility/VisibilityScene.h"
 
 #include <map>
+#include <new>
 
 #include "visibility/EmbreeQueries.h"
 #include "visibility/MeshBox.h"
@@ -19,6 +20,11 @@ struct SceneRelease {
 using Device = std::unique_ptr<RTCDeviceTy, DeviceRelease>;
 using Scene = std::unique_ptr<RTCSceneTy, SceneRelease>;
 
+/// Embree does not throw: it answers with null and remembers why.
+void ThrowIfOutOfMemory(RTCDevice device) {
+  if (rtcGetDeviceError(device) == RTC_ERROR_OUT_OF_MEMORY) throw std::bad_alloc();
+}
+
 Scene NewScene(RTCDevice device) {
   Scene scene(rtcNewScene(device));
   rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
@@ -31,6 +37,7 @@ Scene SceneOfMesh(RTCDevice device, const Mesh& mesh) {
                                                                 3 * sizeof(float), mesh.positions.size()));
   auto* indices = static_cast<unsigned*>(rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
                                                                  3 * sizeof(unsigned), mesh.triangles.size()));
+  if (positions == nullptr || indices == nullptr) throw std::bad_alloc();
   for (const auto& position : mesh.positions) positions = std::copy(position.begin(), position.end(), positions);
   for (const auto& triangle : mesh.triangles) indices = std::copy(triangle.begin(), triangle.end(), indices);
   rtcCommitGeometry(geometry);
@@ -38,6 +45,7 @@ Scene SceneOfMesh(RTCDevice device, const Mesh& mesh) {
   rtcAttachGeometry(scene.get(), geometry);
   rtcReleaseGeometry(geometry);
   rtcCommitScene(scene.get());
+  ThrowIfOutOfMemory(device);
   return scene;
 }
 
@@ -123,12 +131,14 @@ struct VisibilityScene::Impl {
 VisibilityScene::VisibilityScene(const Model& model, std::span<const int> leaves) : impl_(std::make_unique<Impl>()) {
   // One build thread: trees built by several differ from run to run where surfaces coincide, and so would figures.
   impl_->device.reset(rtcNewDevice("threads=1,set_affinity=0"));
+  if (!impl_->device) throw std::bad_alloc();
   impl_->world = NewScene(impl_->device.get());
   impl_->leaves.assign(leaves.begin(), leaves.end());
   std::ranges::sort(impl_->leaves);
   impl_->leaves.erase(std::unique(impl_->leaves.begin(), impl_->leaves.end()), impl_->leaves.end());
   for (const int leaf : impl_->leaves) impl_->AddInstance(model, leaf);
   rtcCommitScene(impl_->world.get());
+  ThrowIfOutOfMemory(impl_->device.get());
 }
 
 VisibilityScene::VisibilityScene(const Model& model) : VisibilityScene(model, LeafOccurrences(model)) {}
