@@ -45,14 +45,6 @@ struct Callouts2DTest : zrtest::SceneFixture {
   const std::uint32_t item_ = AddItem(bolt_);
 };
 
-TEST_F(Callouts2DTest, TheLabelIsWrittenOnlyWhenItChanges) {
-  const auto callout = Make(TemplateBuilder().Literal("No. ").Token("zrITM").Build(), item_);
-  EXPECT_TRUE(Update(callout, "No. 1"));
-  EXPECT_FALSE(Update(callout, "No. 1"));
-  items_->SetItemLabel(item_, "7");
-  EXPECT_TRUE(Update(callout, "No. 7"));
-}
-
 TEST_F(Callouts2DTest, WhatHasNoLabelKeepsItsText) {
   EXPECT_FALSE(Update(Make({}, item_), "old"));
   EXPECT_FALSE(Update(Make(TemplateBuilder().Build(), item_), "old"));
@@ -65,13 +57,19 @@ TEST_F(Callouts2DTest, WhatHasNoLabelKeepsItsText) {
   EXPECT_FALSE(Callouts::UpdateCallout2DContent({}, sheet_));
 }
 
-TEST_F(Callouts2DTest, ACombinedCalloutShowsItsMembersByTheirOwnTemplates) {
+TEST_F(Callouts2DTest, ALabelIsWrittenOnlyWhenItChangesACombinedOneByTheTemplatesOfItsMembers) {
+  const auto callout = Make(TemplateBuilder().Literal("No. ").Token("zrITM").Build(), item_);
   const auto combined = Make<zrannotations::CombinedCallout2D>(zrtest::TextTemplate("unused"));
   combined->AddMember(Make(zrtest::NumberTemplate(), item_));
   combined->AddMember(Make({}, item_));
   combined->AddMember(Make(zrtest::TextTemplate("Note")));
-  EXPECT_TRUE(Update(combined, "1\nNote"));
-  EXPECT_FALSE(Update(combined, "1\nNote"));
+  for (const std::string label : {"1", "7"}) {
+    items_->SetItemLabel(item_, label);
+    for (const bool changes : {true, false}) {
+      EXPECT_EQ(Update(callout, "No. " + label), changes);
+      EXPECT_EQ(Update(combined, label + "\nNote"), changes);
+    }
+  }
 }
 
 TEST_F(Callouts2DTest, FontsOfCalloutsAndInsetsAreListedOnce) {

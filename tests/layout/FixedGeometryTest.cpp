@@ -3,33 +3,28 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <random>
-#include <set>
-
-#include "layout/placement/GridIndex.h"
+#include <tuple>
 
 namespace zrcallouts::placement {
 
 namespace {
 
-struct SegmentPair {
-  const char* name;
-  FixedPoint a, b, c, d;
-  bool meet;
-};
-
 TEST(FixedGeometry, SegmentsMeetWhereTheyShareAPoint) {
   const FixedPoint low{-kLimit, -kLimit}, high{kLimit, kLimit};
-  const SegmentPair pairs[] = {{"cross", {0, 0}, {10, 10}, {0, 10}, {10, 0}, true},
-                               {"touch with an end", {0, 0}, {10, 0}, {5, 0}, {5, 9}, true},
-                               {"share an end", {0, 0}, {10, 0}, {10, 0}, {20, 9}, true},
-                               {"overlap on one line", {0, 0}, {10, 0}, {5, 0}, {15, 0}, true},
-                               {"apart on one line", {0, 0}, {10, 0}, {11, 0}, {15, 0}, false},
-                               {"parallel", {0, 0}, {10, 0}, {0, 1}, {10, 1}, false},
-                               {"bounds overlap only", {0, 0}, {10, 10}, {6, 0}, {10, 5}, false},
-                               {"one unit short of touching at the limit", low, high, {0, 1}, {-kLimit, kLimit}, false},
-                               {"touching at the limit", low, high, {0, 0}, {-kLimit, kLimit}, true}};
-  for (const SegmentPair& pair : pairs) {
+  const struct {
+    const char* name;
+    FixedPoint a, b, c, d;
+    bool meet;
+  } pairs[] = {{"cross", {0, 0}, {10, 10}, {0, 10}, {10, 0}, true},
+               {"touch with an end", {0, 0}, {10, 0}, {5, 0}, {5, 9}, true},
+               {"share an end", {0, 0}, {10, 0}, {10, 0}, {20, 9}, true},
+               {"overlap on one line", {0, 0}, {10, 0}, {5, 0}, {15, 0}, true},
+               {"apart on one line", {0, 0}, {10, 0}, {11, 0}, {15, 0}, false},
+               {"parallel", {0, 0}, {10, 0}, {0, 1}, {10, 1}, false},
+               {"bounds overlap only", {0, 0}, {10, 10}, {6, 0}, {10, 5}, false},
+               {"one unit short of touching at the limit", low, high, {0, 1}, {-kLimit, kLimit}, false},
+               {"touching at the limit", low, high, {0, 0}, {-kLimit, kLimit}, true}};
+  for (const auto& pair : pairs) {
     EXPECT_EQ(SegmentsMeet(pair.a, pair.b, pair.c, pair.d), pair.meet) << pair.name;
     EXPECT_EQ(SegmentsMeet(pair.d, pair.c, pair.a, pair.b), pair.meet) << pair.name << ", swapped";
   }
@@ -53,32 +48,6 @@ TEST(FixedGeometry, PixelsAreRoundedToTheRasterAndLimited) {
   EXPECT_EQ(ToFixed(std::numeric_limits<double>::quiet_NaN()), 0);
   EXPECT_EQ(ToFixed(std::numeric_limits<double>::infinity()), kLimit);
   EXPECT_EQ(ToPixels(FixedPoint{24, -8}), (Point{1.5, -0.5}));
-}
-
-TEST(GridIndex, NamesEverySegmentThatMeetsTheAskedOneOnce) {
-  std::mt19937 random(5);
-  // Some coordinates lie outside the area of the grid.
-  const auto point = [&] { return FixedPoint{Coord(random() % 12000) - 1000, Coord(random() % 12000) - 1000}; };
-  std::vector<std::pair<FixedPoint, FixedPoint>> segments;
-  GridIndex index({0, 0, 10000, 10000}, 200);
-  for (std::uint32_t i = 0; i < 200; ++i) {
-    segments.emplace_back(point(), point());
-    index.InsertSegment(i, segments[i].first, segments[i].second);
-  }
-  int met = 0;
-  for (const auto& [a, b] : segments) {
-    std::vector<std::uint32_t> found;
-    index.StartQuery();
-    index.CollectNearSegment(a, b, found);
-    const std::set<std::uint32_t> distinct(found.begin(), found.end());
-    EXPECT_EQ(distinct.size(), found.size());
-    for (std::uint32_t i = 0; i < segments.size(); ++i) {
-      if (!SegmentsMeet(a, b, segments[i].first, segments[i].second)) continue;
-      ++met;
-      EXPECT_EQ(distinct.count(i), 1U);
-    }
-  }
-  EXPECT_GT(met, 1000);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <numeric>
 
@@ -15,11 +16,9 @@ using testing::RandomRequest;
 using testing::RequestShape;
 
 void ExpectHonestCounts(const PlacementRequest& request, const PlacementResult& result) {
-  testing::Counts counts = testing::CountByBruteForce(request, result);
-  EXPECT_EQ(counts, testing::CountsOf(result));
-  const bool isWhole = counts.unplaced == 0;
-  counts.unplaced = 0;
-  EXPECT_EQ(result.status, !isWhole                      ? PlacementStatus::Incomplete
+  const testing::Counts counts = testing::CountByBruteForce(request, result);
+  EXPECT_EQ(testing::CountsOf(result), counts);
+  EXPECT_EQ(result.status, counts.back() != 0            ? PlacementStatus::Incomplete
                            : counts == testing::Counts() ? PlacementStatus::Complete
                                                          : PlacementStatus::Degraded);
 }
@@ -28,68 +27,60 @@ bool SameLabels(const PlacedLabel& a, const PlacedLabel& b) {
   return a.placed == b.placed && a.box == b.box && a.leaders == b.leaders;
 }
 
-/// Each leader starts at its anchor, has one bend at most and ends on the edge of its label.
-void ExpectWholeLeaders(const LabelRequest& request, const PlacedLabel& label) {
+/// The label has its size, and each leader starts at its anchor, has one bend at most and ends on the label's edge, but
+/// for a label that covers all its anchors.
+void ExpectWhole(const LabelRequest& request, const PlacedLabel& label) {
+  const Box& box = label.box;
+  EXPECT_EQ(box.right - box.left, request.width);
+  EXPECT_EQ(box.bottom - box.top, request.height);
   ASSERT_EQ(label.leaders.size(), request.anchors.size());
   for (std::size_t k = 0; k < label.leaders.size(); ++k) {
     const auto& leader = label.leaders[k];
-    ASSERT_GE(leader.size(), 2U);
-    EXPECT_LE(leader.size(), 3U);
+    ASSERT_TRUE(leader.size() == 2 || leader.size() == 3);
     EXPECT_EQ(leader.front(), request.anchors[k]);
     const Point end = leader.back();
-    const Box& box = label.box;
     const bool inside = box.left <= end.x && end.x <= box.right && box.top <= end.y && end.y <= box.bottom;
     const bool onEdge = end.x == box.left || end.x == box.right || end.y == box.top || end.y == box.bottom;
-    EXPECT_TRUE(inside && onEdge);
+    const bool covers = std::ranges::all_of(request.anchors, [&](Point anchor) {
+      return box.left <= anchor.x && anchor.x <= box.right && box.top <= anchor.y && anchor.y <= box.bottom;
+    });
+    EXPECT_TRUE(inside && (onEdge || covers));
   }
 }
 
-TEST(Placement, RoomyRequestsBreakNoRule) {
+TEST(Placement, BreaksNoRuleWhereThereIsRoomElseCountsHonestlyAndIsTheSameInAnyOrder) {
   const RequestShape shapes[] = {
       {.name = "one label", .labels = 1},
       {.name = "balloons", .labels = 50},
       {.name = "two rings", .labels = 130},
       {.name = "mixed sizes", .labels = 40, .mixedSizes = true},
-      {.name = "stacks", .labels = 90, .pageWidth = 1920, .pageHeight = 1200, .mixedSizes = true}};
-  for (unsigned run = 0; run < 12 * std::size(shapes); ++run) {
-    const RequestShape& shape = shapes[run / 12];
-    const PlacementRequest request = RandomRequest(shape, 1 + run % 12);
-    SCOPED_TRACE(shape.name + ", seed " + std::to_string(1 + run % 12));
-    const PlacementResult result = PlaceLabels(request);
-    EXPECT_EQ(result.status, PlacementStatus::Complete);
-    ExpectHonestCounts(request, result);
-    for (std::size_t i = 0; i < request.labels.size(); ++i) {
-      ExpectWholeLeaders(request.labels[i], result.labels[i]);
-      const Box& box = result.labels[i].box;
-      EXPECT_EQ(box.right - box.left, request.labels[i].width);
-      EXPECT_EQ(box.bottom - box.top, request.labels[i].height);
-    }
-  }
-}
-
-TEST(Placement, CountsHonestlyAndStaysTheSameInAnyOrder) {
-  const RequestShape shapes[] = {
-      {.name = "balloons", .labels = 60, .obstacles = 12},
+      {.name = "stacks", .labels = 90, .pageWidth = 1920, .pageHeight = 1200, .mixedSizes = true},
+      {.name = "balloons and obstacles", .labels = 60, .obstacles = 12},
       {.name = "several leaders", .labels = 40, .mostAnchors = 3},
       {.name = "mixed, several leaders", .labels = 25, .mixedSizes = true, .mostAnchors = 3},
       {.name = "model fills page", .labels = 80, .fill = 0.98},
       {.name = "mixed on full page", .labels = 30, .fill = 0.95, .mixedSizes = true},
       {.name = "too many", .labels = 60, .pageWidth = 300, .pageHeight = 200, .mostAnchors = 2, .obstacles = 3}};
-  for (unsigned run = 0; run < 6 * std::size(shapes); ++run) {
-    const unsigned seed = 1 + run % 6;
-    const PlacementRequest request = RandomRequest(shapes[run / 6], seed);
-    SCOPED_TRACE(shapes[run / 6].name + ", seed " + std::to_string(seed));
+  for (unsigned run = 0; run < 5 * std::size(shapes); ++run) {
+    const RequestShape& shape = shapes[run / 5];
+    const unsigned seed = 1 + run % 5;
+    SCOPED_TRACE(shape.name + ", seed " + std::to_string(seed));
+    const PlacementRequest request = RandomRequest(shape, seed);
     const PlacementResult result = PlaceLabels(request);
     ExpectHonestCounts(request, result);
+    EXPECT_TRUE(result.status == PlacementStatus::Complete || &shape >= shapes + 5);
+    PlacementRequest shuffled = request;
     std::vector<std::size_t> order(request.labels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::shuffle(order.begin(), order.end(), std::mt19937(seed));
-    PlacementRequest shuffled = request;
     for (std::size_t k = 0; k < order.size(); ++k) shuffled.labels[k] = request.labels[order[k]];
     std::reverse(shuffled.obstacles.begin(), shuffled.obstacles.end());
     const PlacementResult again = PlaceLabels(shuffled);
-    for (std::size_t k = 0; k < order.size(); ++k)
-      EXPECT_TRUE(SameLabels(again.labels[k], result.labels[order[k]])) << "label " << order[k];
+    for (std::size_t k = 0; k < order.size(); ++k) {
+      const PlacedLabel& label = result.labels[order[k]];
+      EXPECT_TRUE(SameLabels(again.labels[k], label)) << "label " << order[k];
+      if (label.placed) ExpectWhole(shuffled.labels[k], label);
+    }
   }
 }
 
@@ -100,17 +91,17 @@ TEST(Placement, CoversTheModelWhereThePageHasNoRoom) {
   EXPECT_EQ(full.leaderCrossings + full.labelOverlaps + full.labelsOutsidePage + full.unplaced, 0);
 }
 
+constexpr Box kPage{0, 0, 1000, 800}, kModel{300, 200, 700, 600};
+
 TEST(Placement, LeadersAreStraightAndPerpendicularWhenNothingIsInTheWay) {
-  PlacementRequest request{{0, 0, 1000, 800}, {300, 200, 700, 600}, {}, {}, {}};
-  request.labels = {{"1", 24, 24, {{500, 210}}}, {"2", 24, 24, {{690, 400}}}, {"3", 24, 24, {{320, 300}}}};
-  const PlacementResult result = PlaceLabels(request);
-  EXPECT_EQ(result.labels[0].leaders[0], (std::vector<Point>{{500, 210}, {500, 180}}));
-  EXPECT_EQ(result.labels[1].leaders[0], (std::vector<Point>{{690, 400}, {720, 400}}));
-  EXPECT_EQ(result.labels[2].leaders[0], (std::vector<Point>{{320, 300}, {280, 300}}));
+  const PlacementResult result = PlaceLabels(
+      {kPage, kModel, {}, {{"1", 24, 24, {{500, 210}}}, {"2", 24, 24, {{690, 400}}}, {"3", 24, 24, {{320, 300}}}}, {}});
+  const std::vector<Point> expected[] = {{{500, 210}, {500, 180}}, {{690, 400}, {720, 400}}, {{320, 300}, {280, 300}}};
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(result.labels[i].leaders[0], expected[i]);
 }
 
 TEST(Placement, EqualAnchorsAreServedInNaturalOrderOfTheirIds) {
-  PlacementRequest request{{0, 0, 1000, 800}, {300, 200, 700, 600}, {}, {}, {}};
+  PlacementRequest request{kPage, kModel, {}, {}, {}};
   for (const char* id : {"10", "9", "2"}) request.labels.push_back({id, 24, 24, {{500, 210}}});
   const PlacementResult first = PlaceLabels(request);
   std::reverse(request.labels.begin(), request.labels.end());
@@ -130,15 +121,14 @@ std::vector<LabelRequest> Equal(std::size_t count, double width = 30, std::vecto
 
 TEST(Placement, OddRequestsGetAStatusAndCountsInsteadOfFailing) {
   using enum PlacementStatus;
-  struct OddRequest {
+  const Box page{0, 0, 800, 600}, model{250, 200, 550, 400};
+  const LabelRequest good{"b", 30, 20, {{300, 300}}}, inf{"c", 30, 20, {{kInf, kInf}, {400, 300}}};
+  const struct {
     const char* name;
     PlacementRequest request;
     PlacementStatus status = Complete;
     int unplaced = 0;
-  };
-  const Box page{0, 0, 800, 600}, model{250, 200, 550, 400};
-  const LabelRequest good{"b", 30, 20, {{300, 300}}}, inf{"c", 30, 20, {{kInf, kInf}, {400, 300}}};
-  const OddRequest requests[] = {
+  } requests[] = {
       {"no labels", {page, model, {}, {}, {}}},
       {"no anchors", {page, model, {}, Equal(5, 30, {}), {}}},
       {"one shared anchor", {page, model, {}, Equal(40), {}}},
@@ -154,7 +144,7 @@ TEST(Placement, OddRequestsGetAStatusAndCountsInsteadOfFailing) {
       {"model of no size", {page, {400, 300, 400, 300}, {}, Equal(9), {}}},
       {"model larger than page", {page, {-500, -500, 2000, 2000}, {}, {Equal(1)[0], good}, {}}, Degraded},
       {"options that are none", {page, model, {}, Equal(3), {kNan, -4, 0}}}};
-  for (const OddRequest& odd : requests) {
+  for (const auto& odd : requests) {
     SCOPED_TRACE(odd.name);
     const PlacementResult result = PlaceLabels(odd.request);
     EXPECT_EQ(result.labels.size(), odd.request.labels.size());

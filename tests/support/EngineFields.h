@@ -1,6 +1,6 @@
 #pragma once
-// Reads what the engine keeps and no operation of it reports. An explicit instantiation may name private members, so the
-// engine needs to know nothing of this.
+// Reads what the engine keeps and no operation of it reports. An explicit instantiation may name private members, so
+// the engine needs to know nothing of this.
 
 #include <zrcallouts/Callouts.h>
 

@@ -2,18 +2,12 @@
 
 #include <zrannotations/CalloutTemplates.h>
 #include <zrk/MakeObject.h>
-#include <zrk/UndoHistory.h>
 
 namespace zrtest {
 
 namespace {
 
-constexpr const char* kRoot = "product/";
-
-std::string WithoutRoot(const std::string& id) {
-  const std::string root = kRoot;
-  return id.compare(0, root.size(), root) == 0 ? id.substr(root.size()) : id;
-}
+const std::string kRoot = "product/";
 
 }  // namespace
 
@@ -51,10 +45,6 @@ zrcallouts::CalloutGenerator::Selection GeneratorFixture::Select(const Names& na
   return selection;
 }
 
-GeneratorPtr GeneratorFixture::MakeGenerator() const {
-  return zrk::MakeObject<zrcallouts::CalloutGenerator>(engine_);
-}
-
 void GeneratorFixture::SetProperty(const std::string& name, const std::string& group, const std::string& property,
                                    const std::string& value) {
   tree_->SetProperty(PartOf(name).sbom, du::Symbol(group), du::Symbol(property), du::Symbol(value), du::Symbol());
@@ -67,14 +57,6 @@ void GeneratorFixture::Run(const Names& names, const EventPtr& event) {
   RunTasks();
 }
 
-std::vector<CalloutPtr> GeneratorFixture::Shown() const {
-  std::vector<CalloutPtr> callouts;
-  for (const auto& annotation : scene_->GetAnnoSet()->GetAnnotations()) {
-    if (const auto callout = du::DynamicCast<zrannotations::Callout>(annotation)) callouts.push_back(callout);
-  }
-  return callouts;
-}
-
 Names GeneratorFixture::Describe() const {
   Names described;
   for (const auto& callout : Shown()) described.push_back(Describe(*callout));
@@ -85,18 +67,11 @@ std::string GeneratorFixture::Describe(const zrannotations::Callout& callout) {
   std::string text = callout.GetText(false).GetString() + ":";
   for (const auto& leader : callout.GetLeaders()) {
     const auto assembly = leader->GetAssemblyInstanceId();
-    text += " " + WithoutRoot(assembly.empty() ? leader->GetShapeInstanceId() : assembly);
+    const std::string id = assembly.empty() ? leader->GetShapeInstanceId() : assembly;
+    text += " " + (id.compare(0, kRoot.size(), kRoot) == 0 ? id.substr(kRoot.size()) : id);
     if (leader->IsHidden()) text += "*";
   }
   return text;
-}
-
-std::size_t GeneratorFixture::RecordedCount() const {
-  return zrk::UndoHistory::GetCount(scene_);
-}
-
-du::SmartPtr<zrk::Operation> GeneratorFixture::MakeOperation() const {
-  return zrk::MakeObject<zrk::Operation>("test", scene_, true);
 }
 
 }  // namespace zrtest

@@ -6,6 +6,8 @@
 
 #include <zrcallouts/CalloutGenerator.h>
 #include <zrk/AsyncEvent.h>
+#include <zrk/MakeObject.h>
+#include <zrk/UndoHistory.h>
 #include <zrk/illustration/SbomInstanceSelectionItem.h>
 
 #include "support/SceneFixture.h"
@@ -26,18 +28,22 @@ protected:
   [[nodiscard]] Part PartOf(const std::string& name) const;
   std::uint32_t AddItemOf(const std::string& name) { return AddItem(PartOf(name)); }
   [[nodiscard]] zrcallouts::CalloutGenerator::Selection Select(const Names& names) const;
-  [[nodiscard]] GeneratorPtr MakeGenerator() const;
+  [[nodiscard]] GeneratorPtr MakeGenerator() const { return zrk::MakeObject<zrcallouts::CalloutGenerator>(engine_); }
   void SetProperty(const std::string& name, const std::string& group, const std::string& property,
                    const std::string& value);
   /// An automatic run through the task pool, up to its end.
   void Run(const Names& names, const EventPtr& event = {});
 
-  [[nodiscard]] std::vector<CalloutPtr> Shown() const;
+  [[nodiscard]] std::vector<CalloutPtr> Shown() const {
+    return WatchedScene{scene_, tree_, items_, engine_}.Callouts();
+  }
   /// The shown callouts in order, as "label: part part*", hidden leaders with a star.
   [[nodiscard]] Names Describe() const;
   [[nodiscard]] static std::string Describe(const zrannotations::Callout& callout);
-  [[nodiscard]] std::size_t RecordedCount() const;
-  [[nodiscard]] du::SmartPtr<zrk::Operation> MakeOperation() const;
+  [[nodiscard]] std::size_t RecordedCount() const { return zrk::UndoHistory::GetCount(scene_); }
+  [[nodiscard]] du::SmartPtr<zrk::Operation> MakeOperation() const {
+    return zrk::MakeObject<zrk::Operation>("test", scene_, true);
+  }
 };
 
 }  // namespace zrtest

@@ -35,15 +35,18 @@ void RegistryInvariants::Require(bool holds, const std::string& otherwise) {
 }
 
 void RegistryInvariants::CheckObserved() {
-  const auto& observed = Read<ObservedCallouts>(*watched_.engine);
   for (const auto& callout : shown_) {
-    Require(observed.count(callout) == 1, NameOf(*callout) + " is in the scene, but not observed");
     Require(callout->HasTemplateObserver() == !callout->IsCustomCallout(), NameOf(*callout) + ": template observer");
   }
-  const CalloutSet shown(shown_.begin(), shown_.end());
-  for (const auto& callout : observed) {
-    Require(shown.count(callout) == 1, NameOf(*callout) + " is observed, but not in the scene");
-  }
+  RequireEqual(Read<ObservedCallouts>(*watched_.engine), {shown_.begin(), shown_.end()}, "observed", "in the scene");
+}
+
+void RegistryInvariants::RequireEqual(const CalloutSet& kept, const CalloutSet& implied, const std::string& keptAs,
+                                      const std::string& impliedBy) {
+  for (const auto& callout : implied)
+    Require(kept.count(callout) == 1, NameOf(*callout) + " is " + impliedBy + ", but not " + keptAs);
+  for (const auto& callout : kept)
+    Require(implied.count(callout) == 1, NameOf(*callout) + " is " + keptAs + ", but not " + impliedBy);
 }
 
 RegistryInvariants::Filing RegistryInvariants::ImpliedFiling() const {
@@ -63,22 +66,13 @@ RegistryInvariants::Filing RegistryInvariants::ImpliedFiling() const {
 }
 
 void RegistryInvariants::CheckFiling() {
-  const Filing implied = ImpliedFiling();
-  const auto& filed = Read<FiledCallouts>(*watched_.engine);
-  for (const auto& [id, callouts] : implied) {
-    const auto found = filed.find(id);
-    for (const auto& callout : callouts) {
-      Require(found != filed.end() && found->second.count(callout) == 1, NameOf(*callout) + " is not filed at " + id);
-    }
-  }
-  for (const auto& [id, callouts] : filed) {
+  Filing implied = ImpliedFiling();
+  for (const auto& [id, callouts] : Read<FiledCallouts>(*watched_.engine)) {
     Require(!callouts.empty(), "nothing is filed at " + id + ", but the id stays");
-    const auto found = implied.find(id);
-    for (const auto& callout : callouts) {
-      const bool belongs = found != implied.end() && found->second.count(callout) == 1;
-      Require(belongs, NameOf(*callout) + " is filed at " + id + " and does not point there");
-    }
+    RequireEqual(callouts, implied[id], "filed at " + id, "pointing there");
+    implied.erase(id);
   }
+  for (const auto& [id, callouts] : implied) RequireEqual({}, callouts, "filed at " + id, "pointing there");
 }
 
 void RegistryInvariants::CheckInsets() {

@@ -35,6 +35,9 @@ private:
   [[nodiscard]] Filing ImpliedFiling() const;
   [[nodiscard]] CalloutSet CarriersOf(unsigned item) const;
   void Require(bool holds, const std::string& otherwise);
+  /// What the engine keeps, and what the scene implies that it should.
+  void RequireEqual(const CalloutSet& kept, const CalloutSet& implied, const std::string& keptAs,
+                    const std::string& impliedBy);
   void CheckObserved();
   void CheckFiling();
   void CheckInsets();

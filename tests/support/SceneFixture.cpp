@@ -7,7 +7,6 @@
 #include <du/Tracer.h>
 #include <zrannotations/AssemblyShapes.h>
 #include <zrcallouts/CalloutGenerator.h>
-#include <zrcallouts/Functions.h>
 #include <zrk/MakeObject.h>
 #include <zrk/illustration/Application.h>
 #include <zrk/illustration/CalloutEngineMgr.h>
@@ -31,13 +30,13 @@ long CountLiveObjects() {
   return warm ? du::RefCounted::GetLiveObjectCount() : 0;
 }
 
-}  // namespace
-
-std::string SceneFixture::ComponentPath() {
+/// Of the library that this test program is linked with.
+std::string ComponentPath() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<void*>(&zrcallouts::GetCalloutsEngineForScene), &info) == 0) return {};
-  return info.dli_fname;
+  return dladdr(reinterpret_cast<void*>(&zrcallouts::GetCalloutsEngineForScene), &info) != 0 ? info.dli_fname : "";
 }
+
+}  // namespace
 
 SceneFixture::SceneFixture(const SceneOptions& options)
     : liveBefore_(CountLiveObjects()), manualTasks_(options.manualTasks) {
@@ -97,10 +96,6 @@ du::SmartPtr<Illustration3dScene> SceneFixture::AddScene(bool withEngine) {
   return scene;
 }
 
-EnginePtr SceneFixture::EngineOf(const du::SmartPtr<zrk::ShapeScene>& scene) {
-  return zrcallouts::GetCalloutsEngineForScene(scene);
-}
-
 void SceneFixture::RunTasks() {
   const auto pool = world_->GetTaskPool();
   if (manualTasks_) {
@@ -114,10 +109,6 @@ void SceneFixture::RunTasks() {
 void SceneFixture::CloseScene() {
   scene_->Destroy();
   RunTasks();
-}
-
-std::uint32_t SceneFixture::AddItem(const Part& part) {
-  return itemList_->AddInstance(part.sbom, nullptr, false, {});
 }
 
 CalloutPtr SceneFixture::MakeCallout(const TemplatePtr& callouttemplate, const Part& part, std::uint32_t itemId) const {
@@ -152,18 +143,6 @@ CombinedPtr SceneFixture::MakeCombined(const std::vector<CalloutPtr>& members) c
     combined->Initialize(members.front()->GetDefinition(), members.front()->GetShapeInstanceAtPos(0));
   for (const auto& member : members) combined->AddMember(member);
   return combined;
-}
-
-void SceneFixture::Add(const du::SmartPtr<zrk::Annotation>& annotation) {
-  scene_->GetAnnoSet()->AddAnnotationToSet(annotation, nullptr);
-}
-
-void SceneFixture::Remove(const du::SmartPtr<zrk::Annotation>& annotation) {
-  scene_->GetAnnoSet()->RemoveAnnotationFromSet(annotation, nullptr);
-}
-
-std::string SceneFixture::TextOf(const CalloutPtr& callout) const {
-  return callout->GetText(false).GetString();
 }
 
 std::set<CalloutPtr> SceneFixture::CalloutsOn(const Part& part) const {

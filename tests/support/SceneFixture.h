@@ -11,6 +11,7 @@
 #include <zrannotations/Callout.h>
 #include <zrannotations/CombinedCallout.h>
 #include <zrcallouts/Callouts.h>
+#include <zrcallouts/Functions.h>
 #include <zritemlist/ItemList.h>
 #include <zrk/AnnoSet.h>
 #include <zrk/Kernel.h>
@@ -45,19 +46,18 @@ protected:
   explicit SceneFixture(const SceneOptions& options = {});
   ~SceneFixture() override;
 
-  /// Path of the component library that this test program is linked with.
-  [[nodiscard]] static std::string ComponentPath();
-
   /// A further scene with a view; it gets an engine when `withEngine`.
   [[nodiscard]] du::SmartPtr<zrk::illustration::Illustration3dScene> AddScene(bool withEngine);
-  [[nodiscard]] static EnginePtr EngineOf(const du::SmartPtr<zrk::ShapeScene>& scene);
+  [[nodiscard]] static EnginePtr EngineOf(const du::SmartPtr<zrk::ShapeScene>& scene) {
+    return zrcallouts::GetCalloutsEngineForScene(scene);
+  }
   /// Runs what waits in a manual pool, or waits for a pool with threads.
   void RunTasks();
   /// Closes the scene as a user does, and lets its tasks run.
   void CloseScene();
 
   /// An item of its own for the part; labels count up from "1".
-  std::uint32_t AddItem(const Part& part);
+  std::uint32_t AddItem(const Part& part) { return itemList_->AddInstance(part.sbom, nullptr, false, {}); }
   /// A callout on the part that is in no set yet; with an item when `itemId` is not 0.
   [[nodiscard]] CalloutPtr MakeCallout(const TemplatePtr& callouttemplate, const Part& part,
                                        std::uint32_t itemId = 0) const;
@@ -68,10 +68,14 @@ protected:
   void AddAssemblyLeader(const CalloutPtr& callout, const Part& assembly) const;
   /// A combined callout on the first member's part, in no set yet.
   [[nodiscard]] CombinedPtr MakeCombined(const std::vector<CalloutPtr>& members) const;
-  void Add(const du::SmartPtr<zrk::Annotation>& annotation);
-  void Remove(const du::SmartPtr<zrk::Annotation>& annotation);
+  void Add(const du::SmartPtr<zrk::Annotation>& annotation) {
+    scene_->GetAnnoSet()->AddAnnotationToSet(annotation, nullptr);
+  }
+  void Remove(const du::SmartPtr<zrk::Annotation>& annotation) {
+    scene_->GetAnnoSet()->RemoveAnnotationFromSet(annotation, nullptr);
+  }
 
-  [[nodiscard]] std::string TextOf(const CalloutPtr& callout) const;
+  [[nodiscard]] std::string TextOf(const CalloutPtr& callout) const { return callout->GetText(false).GetString(); }
   [[nodiscard]] std::set<CalloutPtr> CalloutsOn(const Part& part) const;
   /// Whether the engine has the callout among those it observes.
   [[nodiscard]] bool IsObserved(const CalloutPtr& callout) const;

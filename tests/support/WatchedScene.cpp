@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <set>
+#include <type_traits>
 
 #include <zrannotations/CombinedCallout.h>
 #include <zrannotations/Inset.h>
@@ -18,20 +19,21 @@ namespace {
 /// Numbers exactly, and much faster than a stream: the state is taken hundreds of thousands of times.
 class StateText {
 public:
-  StateText& operator<<(const std::string& text) {
-    text_ += text;
+  template <class Value>
+  StateText& operator<<(const Value& value) {
+    if constexpr (std::is_same_v<Value, dg::DPoint3D>) {
+      return *this << value.x << value.y << value.z;
+    } else if constexpr (std::is_same_v<Value, double>) {
+      std::array<char, 64> digits{};
+      text_.append(digits.data(), std::to_chars(digits.begin(), digits.end(), value, std::chars_format::hex).ptr);
+    } else if constexpr (std::is_arithmetic_v<Value>) {
+      text_ += std::to_string(value);
+    } else {
+      text_ += value;
+    }
     text_ += ' ';
     return *this;
   }
-  StateText& operator<<(double number) {
-    std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::hex).ptr;
-    return *this << std::string(digits.data(), end);
-  }
-  StateText& operator<<(std::uint64_t number) { return *this << std::to_string(number); }
-  StateText& operator<<(unsigned number) { return *this << static_cast<std::uint64_t>(number); }
-  StateText& operator<<(bool flag) { return *this << std::string(flag ? "yes" : "no"); }
-  StateText& operator<<(const dg::DPoint3D& point) { return *this << point.x << point.y << point.z; }
   void EndLine() { text_.back() = '\n'; }
   [[nodiscard]] std::string Take() { return std::move(text_); }
 
@@ -87,16 +89,14 @@ std::string WatchedScene::State(const std::vector<Part>& parts) const {
   for (const Part& part : parts) Write(out, *this, part);
   for (const unsigned item : items->GetItemIds()) Write(out, *items, item);
   for (const auto& annotation : scene->GetAnnoSet()->GetAnnotations()) {
-    const auto callout = du::DynamicCast<zrannotations::Callout>(annotation);
-    if (!callout) {
-      const auto inset = du::DynamicCast<zrannotations::Inset>(annotation);
-      out << "annotation" << static_cast<std::uint64_t>(annotation->Id())
-          << (inset ? inset->GetCaptionText().GetString() : std::string());
-      out.EndLine();
+    if (const auto callout = du::DynamicCast<zrannotations::Callout>(annotation)) {
+      Write(out, *callout, true);
+      for (const auto& single : SinglesOf(callout)) Write(out, *single, false);
       continue;
     }
-    Write(out, *callout, true);
-    for (const auto& single : SinglesOf(callout)) Write(out, *single, false);
+    const auto inset = du::DynamicCast<zrannotations::Inset>(annotation);
+    out << "annotation" << annotation->Id() << (inset ? inset->GetCaptionText().GetString() : std::string());
+    out.EndLine();
   }
   return out.Take();
 }

@@ -15,103 +15,70 @@
 
 namespace {
 
-using zrcallouts::CalloutGenerator;
-using zrtest::EnginePtr;
-using zrtest::HeldPicks;
 using zrtest::Part;
 using zrtest::PickPtr;
 
-/// Answers or drops what the services of all scenes have been given, in random order, until it is told to end.
-class Answerer {
-public:
-  explicit Answerer(unsigned seed) : thread_([this, seed] { Run(seed); }) {}
-  ~Answerer() {
+class PickThreadsTest : public zrtest::PickFixture {
+protected:
+  PickThreadsTest() : PickFixture({.manualTasks = false}) {}
+  void TearDown() override {
     done_ = true;
-    thread_.join();
+    for (auto& thread : answerers_) thread.join();
   }
-  void Feed(std::vector<PickPtr> events) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    std::move(events.begin(), events.end(), std::back_inserter(waiting_));
-  }
-  [[nodiscard]] long GetCount() const { return count_; }
 
-private:
-  void Run(unsigned seed) {
+  /// Answers or drops in random order what the views of all scenes have asked for, until it is told to end.
+  void AnswerPicks(unsigned seed) {
     std::mt19937 random(seed);
-    for (bool last = false; !last;) {
+    for (bool last = false; !last; std::this_thread::yield()) {
       last = done_;
-      std::vector<PickPtr> events;
-      {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        events.swap(waiting_);
-      }
+      std::vector<PickPtr> events = held_->Take();
       std::shuffle(events.begin(), events.end(), random);
-      count_ += static_cast<long>(events.size());
+      answered_ += static_cast<long>(events.size());
       for (PickPtr& event : events) {
         const unsigned kind = random() % 4;
         if (kind == 0) event->Answer({});
         if (kind > 1) event->Answer(zrtest::SeenAnswer(*event->GetShapeInstance(), 1));
         event.Reset();  // the rest is dropped
       }
-      std::this_thread::yield();
     }
   }
-
-  std::mutex mutex_;
-  std::vector<PickPtr> waiting_;
-  std::atomic<bool> done_{false};
-  std::atomic<long> count_{0};
-  std::thread thread_;
-};
-
-class PickThreadsTest : public zrtest::PickFixture {
-protected:
-  PickThreadsTest() : PickFixture({.manualTasks = false}) {}
-
-  [[nodiscard]] static long WantedPicks() {
-    const char* const wanted = std::getenv("ZR_PICKS");
-    return wanted ? std::atol(wanted) : 100'000;
-  }
-};
-
-TEST_F(PickThreadsTest, LateAnswersLeaveNothingBehindDuringRunsAndTeardown) {
-  constexpr int kParts = 60;
-  Answerer first(1), second(2);
-  long scenes = 0;
-  while (first.GetCount() + second.GetCount() < WantedPicks()) {
-    const auto scene = AddScene(true);
-    const EnginePtr engine = EngineOf(scene);
+  /// An automatic run on 60 equal parts in a row, of each of which one leader is to show.
+  static void GenerateCallouts(const zrtest::EnginePtr& engine, zrtest::StructureBuilder& structure) {
     engine->SetTemplate(zrtest::TextTemplate("text"));
     engine->SetDrawOneForSamePart(true);
-    const auto view = du::DynamicCast<zrk::ShapeView>(scene->GetView(0));
-    view->SetCamera(view_->GetCamera());
-    const auto held = zrk::MakeObject<HeldPicks>();
-    view->SetPickService(held);
-    const auto tree = zrk::MakeObject<zrk::illustration::SbomTree>();
-    scene->SetSbomTree(tree);
-    zrtest::StructureBuilder structure(scene, tree);
-    CalloutGenerator::Selection selection;
-    for (int i = 0; i < kParts; ++i) {
+    zrcallouts::CalloutGenerator::Selection selection;
+    for (int i = 0; i < 60; ++i) {
       const Part part = structure.AddPart(structure.Root(), "part", {i * 0.5, 0, 0});
       selection.push_back(zrk::MakeObject<zrk::illustration::SbomInstanceSelectionItem>(part.sbom));
     }
     const auto event = zrk::MakeObject<zrk::AsyncEvent>();
-    CalloutGenerator::CreateCallouts(engine, std::move(selection), event);
-    const auto feed = [&] {
-      auto events = held->Take();
-      const auto middle = events.begin() + static_cast<std::ptrdiff_t>(events.size() / 2);
-      first.Feed({events.begin(), middle});
-      second.Feed({middle, events.end()});
-    };
-    while (!event->WaitComplete(0)) feed();
-    for (int turn = 0; turn < 20; ++turn) {
-      engine->OnDrawWhenHidden(view);
-      feed();
-    }
-    if (++scenes % 4 != 0) {  // some scenes go with picks outstanding, the others wait for them
+    zrcallouts::CalloutGenerator::CreateCallouts(engine, std::move(selection), event);
+    ASSERT_TRUE(event->WaitComplete(60'000));
+  }
+
+  const du::SmartPtr<zrtest::HeldPicks> held_ = zrk::MakeObject<zrtest::HeldPicks>();
+  std::atomic<bool> done_{false};
+  std::atomic<long> answered_{0};
+  std::thread answerers_[2] = {std::thread([this] { AnswerPicks(1); }), std::thread([this] { AnswerPicks(2); })};
+};
+
+TEST_F(PickThreadsTest, LateAnswersLeaveNothingBehindDuringRunsAndTeardown) {
+  const char* const wanted = std::getenv("ZR_PICKS");
+  for (long scenes = 1; answered_ < (wanted ? std::atol(wanted) : 100'000); ++scenes) {
+    const auto scene = AddScene(true);
+    const auto engine = EngineOf(scene);
+    const auto view = du::DynamicCast<zrk::ShapeView>(scene->GetView(0));
+    view->SetCamera(view_->GetCamera());
+    view->SetPickService(held_);
+    const auto tree = zrk::MakeObject<zrk::illustration::SbomTree>();
+    scene->SetSbomTree(tree);
+    zrtest::StructureBuilder structure(scene, tree);
+    GenerateCallouts(engine, structure);
+    for (int turn = 0; turn < 20; ++turn) engine->OnDrawWhenHidden(view);
+    if (scenes % 4 != 0) {  // some scenes go with picks outstanding, the others wait for them
       const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
       while (engine->GetPickRequestCount() != 0 && std::chrono::steady_clock::now() < deadline)
-        feed();  // an answer may lead to further picks
+        std::this_thread::yield();
       ASSERT_EQ(engine->GetPickRequestCount(), 0u);
       for (const auto& annotation : scene->GetAnnoSet()->GetAnnotations()) {
         const auto leaders = du::DynamicCast<zrannotations::Callout>(annotation)->GetLeaders();
@@ -122,7 +89,6 @@ TEST_F(PickThreadsTest, LateAnswersLeaveNothingBehindDuringRunsAndTeardown) {
     tree->DestroyTree();
     EXPECT_EQ(engine->GetPickRequestCount(), 0u);
   }
-  RecordProperty("scenes", static_cast<int>(scenes));
 }
 
 }  // namespace

@@ -78,4 +78,13 @@ FixedPoint NearestInBox(FixedPoint point, const FixedBox& box) {
   return {std::clamp(point.x, box.left, box.right), std::clamp(point.y, box.top, box.bottom)};
 }
 
+FixedPoint NearestOnBorder(FixedPoint point, const FixedBox& box) {
+  const FixedPoint in = NearestInBox(point, box);
+  const Coord left = in.x - box.left, right = box.right - in.x, top = in.y - box.top, bottom = box.bottom - in.y;
+  const Coord least = std::min({left, right, top, bottom});
+  if (least == left) return {box.left, in.y};
+  if (least == right) return {box.right, in.y};
+  return {in.x, least == top ? box.top : box.bottom};
+}
+
 }  // namespace zrcallouts::placement

@@ -69,4 +69,7 @@ struct FixedBox {
 /// Point of the closed box that is nearest to `point`.
 [[nodiscard]] FixedPoint NearestInBox(FixedPoint point, const FixedBox& box);
 
+/// Point of the box's border that is nearest to `point`.
+[[nodiscard]] FixedPoint NearestOnBorder(FixedPoint point, const FixedBox& box);
+
 }  // namespace zrcallouts::placement

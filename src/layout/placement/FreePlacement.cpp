@@ -17,6 +17,13 @@ namespace zrcallouts::placement {
 
 namespace {
 
+/// Where leaders end. A label that covers all that it points at gets leaders that nobody sees.
+FixedPoint AttachPoint(const Item& item, const FixedBox& box) {
+  const bool coversAll = std::all_of(item.anchors.begin(), item.anchors.end(),
+                                     [&](FixedPoint anchor) { return NearestInBox(anchor, box) == anchor; });
+  return coversAll ? NearestInBox(item.focus, box) : NearestOnBorder(item.focus, box);
+}
+
 class FreeSpace {
 public:
   FreeSpace(const Scene& scene, SpotList& spots, std::size_t waiting);
@@ -149,7 +156,7 @@ bool FreeSpace::Place(std::size_t i, bool offModel) {
   for (const Candidate& candidate : Candidates(item, offModel)) {
     if (!IsFree(candidate.box)) continue;
     if (++tried > mostFree_ || (best.placed && tests_ > mostTests_)) break;
-    const FixedPoint attach = NearestInBox(item.focus, candidate.box);
+    const FixedPoint attach = AttachPoint(item, candidate.box);
     const LabelSpot spot{true, candidate.box, attach, attach};
     const int conflicts = Conflicts(i, spot, fewest);
     if (conflicts >= fewest) continue;

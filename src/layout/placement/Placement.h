@@ -37,7 +37,8 @@ enum class PlacementStatus {
   Incomplete  ///< At least one label is not placed.
 };
 
-/// Where a label stands. Each leader runs from its anchor to the label's edge, straight or with one bend.
+/// Where a label stands. Each leader runs from its anchor to the label's edge, straight or with one bend; where a label
+/// has no place but on its own anchors, they end among these.
 struct PlacedLabel {
   bool placed = false;
   Box box;
