@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -13,12 +14,15 @@
 #include <zrk/Instance.h>
 #include <zrk/MakeObject.h>
 #include <zrk/Operation.h>
+#include <zrk/SceneListener.h>
 #include <zrk/Shape.h>
 #include <zrk/ShapeInstance.h>
 #include <zrk/UndoHistory.h>
 #include <zrk/illustration/Illustration3dScene.h>
+#include <zrk/illustration/ItemsListObserver.h>
 #include <zrk/illustration/SbomInstance.h>
 #include <zrk/illustration/SbomTree.h>
+#include <zrk/illustration/SbomTreeObserver.h>
 #include <zrk/illustration/TAnnotation.h>
 
 namespace zrtest {
@@ -35,10 +39,50 @@ using PartSet = std::set<PartPtr>;
 using ShapePtr = du::SmartPtr<zrk::ShapeInstance>;
 using TemplatePtr = du::SmartPtr<zrk::illustration::TAnnotation>;
 
+/// Writes down every notification of a structure tree or an items list, and those of a scene about annotations, with
+/// the names given to these.
+struct Recorder : zrk::SceneListener, zrk::illustration::SbomTreeObserver, zrk::illustration::ItemsListObserver {
+  void OnBeginUpdate() override { log.push_back("begin"); }
+  void OnEndUpdate() override { log.push_back("end"); }
+  void OnDestroy() override { log.push_back("destroy"); }
+  void OnAddInstance(const PartPtr& part) override { Note("add", part->GetId()); }
+  void OnRemoveInstance(const PartPtr& part) override { Note("remove", part->GetId()); }
+  void OnAddProperty(const PartPtr&, const du::Symbol&, const du::Symbol& name) override { Note("new", name); }
+  void OnRemoveProperty(const PartPtr&, const du::Symbol&, const du::Symbol& name) override { Note("gone", name); }
+  void OnPropertyChanged(const PartPtr&, const du::Symbol&, const du::Symbol& name) override { Note("changed", name); }
+  void OnPropertyGroupChanged(const PartPtr&, const du::Symbol& group) override { Note("group", group); }
+  void OnItemAdded(unsigned itemId) override { Note("added", itemId); }
+  void OnItemRemoved(unsigned itemId) override { Note("removed", itemId); }
+  void OnItemContentChanged(unsigned itemId, const PartSet& added, const PartSet& removed) override {
+    Note("changed", itemId);
+    log.back() += " +" + std::to_string(added.size()) + " -" + std::to_string(removed.size());
+  }
+  void OnItemIndicated(unsigned itemId, bool indicated) override { Note(indicated ? "marked" : "unmarked", itemId); }
+  void OnListCleared() override { log.push_back("cleared"); }
+
+  void OnAddAnnotation(const AnnotationPtr& note) override { Note("added", note); }
+  void OnRemoveAnnotation(const AnnotationPtr& note) override { Note("left", note); }
+  void OnAnnotationDeleted(const AnnotationPtr& note, const OperationPtr&) override { Note("deleted", note); }
+  void OnAnnotationModified(const AnnotationPtr& note, bool geometryOnly) override {
+    Note(geometryOnly ? "adjusted" : "modified", note);
+  }
+
+  void Note(const std::string& what, const du::Symbol& name) { log.push_back(what + " " + name.GetString()); }
+  void Note(const std::string& what, unsigned itemId) { log.push_back(what + " " + std::to_string(itemId)); }
+  void Note(const std::string& what, const AnnotationPtr& note) {
+    const auto name = names.find(note.Get());
+    log.push_back(what + " " + (name == names.end() ? "annotation" : name->second));
+  }
+  Log Take() { return std::exchange(log, {}); }
+
+  std::map<const zrk::Annotation*, std::string> names;
+  Log log;
+};
+
 /// A scene with a structure. No object may be left after a test.
 class HostFixture : public testing::Test {
 protected:
-  explicit HostFixture(const std::string& rootName) : root_(tree_->CreateRoot(rootName, nullptr)) {
+  explicit HostFixture(const std::string& rootName = "product") : root_(tree_->CreateRoot(rootName, nullptr)) {
     scene_->SetSbomTree(tree_);
   }
   ~HostFixture() override {

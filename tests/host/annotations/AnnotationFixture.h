@@ -1,58 +1,30 @@
 #pragma once
 
-#include <functional>
-#include <map>
-
-#include <zrk/ComponentInstance.h>
-#include <zrk/SceneListener.h>
 #include <zrk/illustration/LabelContent.h>
 
 #include "../HostFixture.h"
 
 namespace zrtest {
 
-/// Writes down what it hears, with the names given to the annotations; may react to an addition.
-struct RecordingListener final : zrk::SceneListener {
+/// Takes what is added out again, if asked to.
+struct RecordingListener final : Recorder {
   void OnAddAnnotation(const AnnotationPtr& annotation) override {
-    Record("add", annotation);
-    if (onAdd) onAdd(annotation);
+    Recorder::OnAddAnnotation(annotation);
+    if (refuses) annotation->GetScene()->GetAnnoSet()->RemoveAnnotationFromSet(annotation, nullptr);
   }
-  void OnRemoveAnnotation(const AnnotationPtr& annotation) override { Record("remove", annotation); }
-  void OnAnnotationDeleted(const AnnotationPtr& annotation, const OperationPtr&) override {
-    Record("deleted", annotation);
-  }
-  void OnAnnotationModified(const AnnotationPtr& annotation, bool geometryOnly) override {
-    Record(geometryOnly ? "moved" : "changed", annotation);
-  }
-  Log Take() { return std::exchange(events, {}); }
-  void Record(const std::string& event, const AnnotationPtr& annotation) {
-    events.push_back(event + " " + names[annotation.Get()]);
-  }
-
-  std::map<const zrk::Annotation*, std::string> names;
-  Log events;
-  std::function<void(const AnnotationPtr&)> onAdd;
+  bool refuses = false;
 };
 
 /// A scene of a gearbox: a housing (box of 2, at 10,0,0), and an assembly "drive" of a shaft (box of 4, at 0,20,0) and
-/// a gear (box of 2, at 0,30,0); and a 3D symbol.
+/// a gear (box of 2, at 0,30,0).
 class AnnotationFixture : public HostFixture {
 protected:
-  AnnotationFixture() : HostFixture("gearbox") {
-    scene_->AddListener(listener_);
-    scene_->AddShapeInstance(symbol_);
-  }
+  AnnotationFixture() : HostFixture("gearbox") { scene_->AddListener(listener_); }
 
-  /// A template of one piece: "item", "property" or anything else as literal text.
-  static TemplatePtr MakeTemplate(const std::string& kind) {
-    const auto result = MakeObject<zrk::illustration::TAnnotation>();
-    result->SetTextContent({new zrk::illustration::LabelContent(kind, {})}, true);
-    result->SetRequires(kind == "item", kind == "property");
-    return result;
-  }
-  CalloutPtr MakeCallout(const ShapePtr& shape, const std::string& kind = "item") {
+  static TemplatePtr MakeTemplate() { return MakeObject<zrk::illustration::TAnnotation>(); }
+  CalloutPtr MakeCallout(const ShapePtr& shape) {
     const auto callout = MakeObject<zrannotations::Callout>();
-    callout->Initialize(MakeTemplate(kind), shape);
+    callout->Initialize(MakeTemplate(), shape);
     return Name(callout, "callout");
   }
   AnnotationPtr MakeAnnotation(const std::string& name) { return Name(MakeObject<zrk::Annotation>(), name); }
@@ -61,21 +33,6 @@ protected:
   du::SmartPtr<T> Name(const du::SmartPtr<T>& annotation, const std::string& name) {
     listener_->names[annotation.Get()] = name;
     return annotation;
-  }
-  [[nodiscard]] Log GetMemberNames() const {
-    Log names;
-    for (const AnnotationPtr& member : set_->GetAnnotations()) names.push_back(listener_->names[member.Get()]);
-    return names;
-  }
-
-  static void AddLeader(const CalloutPtr& callout, const ShapePtr& shape, const dg::DPoint3D& anchor = {}) {
-    callout->ConnectLeader(callout->CreateCalloutLeader(anchor, shape));
-  }
-  /// '+' for every leader that is drawn, '-' for every other one.
-  static std::string Drawn(const CalloutPtr& callout) {
-    std::string drawn;
-    for (const auto& leader : callout->GetLeaders()) drawn += leader->IsDrawn() ? '+' : '-';
-    return drawn;
   }
   /// As the engine does for every callout on the part.
   static void Move(const CalloutPtr& callout, const ShapePtr& shape, const dg::Location& to) {
@@ -89,9 +46,6 @@ protected:
   const ShapePtr housing_ = AddShape(AddPart(MakeNode("housing")), 2, At({10, 0, 0}));
   const ShapePtr shaft_ = AddShape(AddPart(MakeNode("shaft"), drive_), 4, At({0, 20, 0}));
   const ShapePtr gear_ = AddShape(AddPart(MakeNode("gear"), drive_), 2, At({0, 30, 0}));
-  const ShapePtr symbol_ =
-      MakeObject<zrk::ShapeInstance>(MakeObject<zrk::Instance>(MakeObject<zrk::ComponentInstance>("weld-1"), nullptr),
-                                     MakeObject<zrk::Shape>("arrow"), MakeBox(1), dg::Location::IDENTITY);
 };
 
 inline void ExpectPoint(const dg::DPoint3D& actual, double x, double y, double z) {

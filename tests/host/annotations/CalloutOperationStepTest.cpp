@@ -12,75 +12,63 @@ struct MaskedStep final : zrannotations::CalloutOperationStep {
   MaskedStep(const CalloutPtr& callout, std::int32_t mask) : CalloutOperationStep(callout) { m_state = mask; }
 };
 
-class CalloutOperationStepTest : public AnnotationFixture, public ::testing::WithParamInterface<std::int32_t> {
+class CalloutOperationStepTest : public AnnotationFixture {
 protected:
   /// Every aspect in one line, so that a wrong one shows.
-  [[nodiscard]] std::string Describe(const CalloutPtr& callout) const {
-    std::string text = (callout->GetDefinition() == first_ ? "first" : "second") + std::string("|");
-    text += callout->GetText(false).GetString() + "|" + std::to_string(callout->GetPosition().x) + "|";
+  [[nodiscard]] Log Describe() const {
     std::uint32_t itemId = 0;
-    text += std::to_string(callout->GetItemId(itemId) ? itemId : 0) + "|";
-    return text + Drawn(callout);
+    callout_->GetItemId(itemId);
+    std::string leaders;
+    for (const auto& leader : callout_->GetLeaders()) leaders += leader->IsDrawn() ? '+' : '-';
+    return {callout_->GetDefinition() == first_ ? "first" : "second", callout_->GetText(false).GetString(),
+            std::to_string(callout_->GetPosition().x), std::to_string(itemId), leaders};
   }
 
-  const TemplatePtr first_ = MakeTemplate("item");
+  const TemplatePtr first_ = MakeTemplate();
+  const CalloutPtr callout_ = MakeCallout(housing_);
 };
 
-TEST_P(CalloutOperationStepTest, RestoresTheAspectsOfItsMask) {
-  const std::int32_t mask = GetParam();
-  const CalloutPtr callout = MakeCallout(housing_);
-  callout->UpdateDefinition(first_);
-  callout->SetText("old", false);
-  callout->SetLabelPosition({1, 0, 0});
-  callout->SetItemId(3);
-  const auto step = MakeObject<MaskedStep>(callout, mask);
-  step->Redo();
-  EXPECT_EQ(Describe(callout), "first|old|1.000000|3|+") << "nothing to make again before an undo";
+TEST_F(CalloutOperationStepTest, RestoresTheAspectsOfItsMask) {
+  callout_->UpdateDefinition(first_);
+  callout_->SetText("old", false);
+  callout_->SetLabelPosition({1, 0, 0});
+  callout_->SetItemId(3);
+  std::vector<du::SmartPtr<MaskedStep>> steps;
+  const std::int32_t masks[] = {CalloutSnapshot::Definition, CalloutSnapshot::Text, CalloutSnapshot::LabelPosition,
+                                CalloutSnapshot::ItemId, CalloutSnapshot::Leaders};
+  for (const std::int32_t mask : masks) steps.push_back(MakeObject<MaskedStep>(callout_, mask));
+  const Log before = Describe();
+  steps[1]->Redo();
+  EXPECT_EQ(Describe(), before) << "nothing to make again before an undo";
 
-  callout->UpdateDefinition(MakeTemplate("literal"));
-  callout->SetText("new", false);
-  callout->SetLabelPosition({2, 0, 0});
-  callout->ClearItemId();
-  callout->GetLeaders().front()->SetHidden(true);
-  AddLeader(callout, gear_);
-  const std::string changed = Describe(callout);
-  EXPECT_EQ(changed, "second|new|2.000000|0|-+");
-
-  step->Undo();
-  std::string expected = mask & CalloutSnapshot::Definition ? "first|" : "second|";
-  expected += mask & CalloutSnapshot::Text ? "old|" : "new|";
-  expected += mask & CalloutSnapshot::LabelPosition ? "1.000000|" : "2.000000|";
-  expected += mask & CalloutSnapshot::ItemId ? "3|" : "0|";
-  expected += mask & CalloutSnapshot::Leaders ? "+" : "-+";
-  EXPECT_EQ(Describe(callout), expected);
-  step->Redo();
-  EXPECT_EQ(Describe(callout), changed);
+  callout_->UpdateDefinition(MakeTemplate());
+  callout_->SetText("new", false);
+  callout_->SetLabelPosition({2, 0, 0});
+  callout_->ClearItemId();
+  callout_->GetLeaders().front()->SetHidden(true);
+  callout_->ConnectLeader(callout_->CreateCalloutLeader({}, gear_));
+  const Log changed = Describe();
+  for (std::size_t aspect = 0; aspect < steps.size(); ++aspect) {
+    SCOPED_TRACE(aspect);
+    Log expected = changed;
+    EXPECT_NE(changed[aspect], before[aspect]);
+    expected[aspect] = before[aspect];
+    steps[aspect]->Undo();
+    EXPECT_EQ(Describe(), expected);
+    steps[aspect]->Redo();
+    EXPECT_EQ(Describe(), changed);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Masks, CalloutOperationStepTest,
-                         ::testing::Values(0, CalloutSnapshot::Definition, CalloutSnapshot::Text,
-                                           CalloutSnapshot::LabelPosition, CalloutSnapshot::ItemId,
-                                           CalloutSnapshot::Leaders, CalloutSnapshot::AllAspects));
-
-class CalloutSnapshotTest : public AnnotationFixture {};
-
-TEST_F(CalloutSnapshotTest, RestoredTextKeepsTheRecordAndItsTranslations) {
-  const CalloutPtr callout = MakeCallout(housing_, "literal");
-  set_->AddAnnotationToSet(callout, nullptr);
-  callout->SetText("bolt", false);
-  callout->SetupLocalizationIfNecessary(false);
-  const CalloutSnapshot before = callout->TakeSnapshot();
-  callout->SetText("screw", false);
-  callout->GetLocalizableString().SetLocaleText("de", "Schraube");
-  const du::LocalizableString record = callout->GetLocalizableString();
-  listener_->Take();
-  callout->RestoreSnapshot(before, CalloutSnapshot::AllAspects);
-  EXPECT_EQ(listener_->Take(), Log({"changed callout"}));
-  EXPECT_TRUE(callout->GetLocalizableString().IsSameRecord(record));
-  EXPECT_EQ(callout->GetLocalizableString().GetSourceText(), du::Symbol("bolt"));
-  zrannotations::CalloutOperationStep empty(nullptr);
-  empty.Undo();
-  empty.Redo();
+TEST_F(CalloutOperationStepTest, RestoredTextKeepsTheRecordAndItsTranslations) {
+  callout_->SetText("bolt", false);
+  callout_->SetupLocalizationIfNecessary(true);
+  const CalloutSnapshot before = callout_->TakeSnapshot();
+  callout_->SetText("screw", false);
+  const du::LocalizableString record = callout_->GetLocalizableString();
+  callout_->RestoreSnapshot(before, CalloutSnapshot::AllAspects);
+  EXPECT_TRUE(callout_->GetLocalizableString().IsSameRecord(record));
+  EXPECT_EQ(record.GetSourceText(), du::Symbol("bolt"));
 }
 
 }  // namespace zrtest

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <ios>
-#include <map>
 #include <sstream>
 
 #include <zrannotations/AnnotationEdit.h>
@@ -10,10 +9,7 @@
 #include <zrannotations/SymbolAnnotation.h>
 #include <zritemlist/ItemList.h>
 #include <zrk/Property.h>
-#include <zrk/SceneListener.h>
 #include <zrk/illustration/ItemsList.h>
-#include <zrk/illustration/ItemsListObserver.h>
-#include <zrk/illustration/SbomTreeObserver.h>
 #include <zrk/illustration/SceneEdit.h>
 
 #include "../HostFixture.h"
@@ -37,56 +33,28 @@ std::vector<du::SmartPtr<T>> GetAnnotations(const zrk::Scene& scene) {
   return found;
 }
 
-/// Writes down what a scene, a structure and an item list say, and lets the scene's callouts follow parts as the
-/// program's component does.
-class FollowingRecorder final : public zrk::SceneListener,
-                                public zrk::illustration::SbomTreeObserver,
-                                public zrk::illustration::ItemsListObserver {
+/// Writes down what a scene says, too, and lets its callouts follow parts as the program's component does.
+class FollowingRecorder final : public Recorder {
 public:
-  FollowingRecorder(const zrk::Scene& scene, Log& log) : scene_(scene), log_(log) {}
+  explicit FollowingRecorder(const zrk::Scene& scene) : scene_(scene) {}
 
   void OnShapeInstanceLocation(const ShapePtr& shape) override {
-    log_.push_back("moved " + IdOf(shape));
+    log.push_back("moved " + IdOf(shape));
     for (const auto& callout : Callouts()) callout->OnShapeInstanceLocation(shape);
   }
   void OnShapeInstanceVisibility(const ShapePtr& shape, bool visible) override {
-    log_.push_back((visible ? "shown " : "hidden ") + IdOf(shape));
+    log.push_back((visible ? "shown " : "hidden ") + IdOf(shape));
     for (const auto& callout : Callouts()) callout->SetVisible(IdOf(shape), visible);
   }
   void OnShapeInstanceCreate(const ShapePtr& shape) override {
-    log_.push_back("created " + IdOf(shape));
+    log.push_back("created " + IdOf(shape));
     for (const auto& callout : Callouts()) callout->OnShapeInstanceCreate(shape);
   }
-  void OnShapeInstanceRemove(const ShapePtr& shape) override { log_.push_back("removed " + IdOf(shape)); }
-  void OnAddAnnotation(const AnnotationPtr& annotation) override { Note("added ", annotation); }
-  void OnRemoveAnnotation(const AnnotationPtr& annotation) override { Note("left ", annotation); }
-  void OnAnnotationDeleted(const AnnotationPtr& annotation, const OperationPtr&) override {
-    Note("deleted ", annotation);
-  }
-  void OnBeginUpdate() override { log_.push_back("begin"); }
-  void OnEndUpdate() override { log_.push_back("end"); }
-  void OnAddInstance(const PartPtr& part) override { log_.push_back("in tree " + part->GetId().GetString()); }
-  void OnRemoveInstance(const PartPtr& part) override { log_.push_back("out of tree " + part->GetId().GetString()); }
-  void OnPropertyChanged(const PartPtr&, const du::Symbol&, const du::Symbol& name) override {
-    log_.push_back("changed " + name.GetString());
-  }
-  void OnItemAdded(unsigned itemId) override { log_.push_back("item " + std::to_string(itemId)); }
-  void OnItemRemoved(unsigned itemId) override { log_.push_back("no item " + std::to_string(itemId)); }
-  void OnItemContentChanged(unsigned itemId, const PartSet& added, const PartSet& removed) override {
-    OnItemAdded(itemId);
-    log_.back() += " +" + std::to_string(added.size()) + " -" + std::to_string(removed.size());
-  }
-
-  std::map<unsigned, std::string> names;
+  void OnShapeInstanceRemove(const ShapePtr& shape) override { log.push_back("removed " + IdOf(shape)); }
 
 private:
   [[nodiscard]] std::vector<CalloutPtr> Callouts() const { return GetAnnotations<zrannotations::Callout>(scene_); }
-  void Note(const std::string& what, const AnnotationPtr& annotation) {
-    const auto name = names.find(annotation->Id());
-    log_.push_back(what + (name == names.end() ? "annotation" : name->second));
-  }
   const zrk::Scene& scene_;
-  Log& log_;
 };
 
 /// A gearbox: housing, and drive with shaft, gear and two equal bolts; every part has a shape and a place in the item
@@ -94,29 +62,27 @@ private:
 class EditsTest : public HostFixture {
 protected:
   EditsTest() : HostFixture("gearbox") {
+    double at = 0;
     for (const PartPtr& part : {housing_, shaft_, gear_, bolt_, otherBolt_}) {
-      const double at = 0.1 * ++shapes_;
+      at += 0.1;
       AddShape(part, 2, At({at, at / 3, 0}));
       items_->AddInstance(part, nullptr, false, "");
     }
-    for (const PartPtr& part : {shaft_, gear_, housing_}) callouts_.push_back(AddCallout(part));
+    for (const PartPtr& part : {shaft_, gear_, housing_}) AddCallout(part);
     callouts_.front()->SetLabelPlacementState(1);
     scene_->AddListener(listener_);
     tree_->RegisterObserver(listener_, false);
     items_->GetZrkItemList()->RegisterObserver(listener_);
   }
 
-  CalloutPtr AddCallout(const PartPtr& part) {
-    const auto callout = MakeObject<zrannotations::Callout>();
+  void AddCallout(const PartPtr& part) {
+    const auto callout = callouts_.emplace_back(MakeObject<zrannotations::Callout>());
     callout->Initialize(MakeObject<zrk::illustration::TAnnotation>(),
                         scene_->GetShapeInstance(part->GetEbomInstance()));
     callout->SetText(du::Symbol(part->GetName()), false);
-    listener_->names[callout->Id()] = "callout " + part->GetName();
+    listener_->names[callout.Get()] = "callout " + part->GetName();
     scene_->GetAnnoSet()->AddAnnotationToSet(callout, nullptr);
-    return callout;
   }
-
-  Log TakeLog() { return std::exchange(log_, {}); }
 
   /// Everything that edits change, bit by bit.
   [[nodiscard]] std::string Describe() const {
@@ -134,13 +100,11 @@ protected:
   }
 
   const du::SmartPtr<zritemlist::ItemList> items_ = zritemlist::ItemList::CreateItemListForScene(scene_);
-  Log log_;
-  const du::SmartPtr<FollowingRecorder> listener_ = MakeObject<FollowingRecorder>(*scene_, log_);
+  const du::SmartPtr<FollowingRecorder> listener_ = MakeObject<FollowingRecorder>(*scene_);
   const NodePtr boltNode_ = MakeNode("bolt");
   const PartPtr drive_ = AddGroup("drive", root_), housing_ = AddPart(MakeNode("housing"));
   const PartPtr shaft_ = AddPart(MakeNode("shaft"), drive_), gear_ = AddPart(MakeNode("gear"), drive_);
   const PartPtr bolt_ = AddPart(boltNode_, drive_), otherBolt_ = AddPart(boltNode_, drive_);
-  int shapes_ = 0;
   std::vector<CalloutPtr> callouts_;
 
 private:
@@ -150,7 +114,7 @@ private:
   void Describe(std::ostream& out, const PartPtr& part) const {
     out << part->GetId().GetString() << ' ' << SceneEdit::GetDisplayName(part) << ' '
         << (tree_->FindInstance(part->GetId().GetString()) == part) << (part->GetParent() ? "below" : "top");
-    const auto material = part->GetProperty({}, du::Symbol("material"));
+    const auto material = part->GetProperty({}, du::Symbol("material"), du::Symbol("step"));
     out << ' ' << (material ? material->GetValue().GetString() : "none") << '\n';
     for (const PartPtr& child : part->GetChildren()) Describe(out, child);
   }

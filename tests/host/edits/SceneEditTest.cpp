@@ -6,63 +6,111 @@
 
 namespace zrtest {
 
-class SceneEditTest : public EditsTest {};
+class SceneEditTest : public EditsTest {
+protected:
+  struct EditCase {
+    const char* name;
+    std::function<bool(const OperationPtr&)> edit;
+    Log done, undone, redone = done;
+  };
 
-struct EditCase {
-  std::string name;
-  std::function<bool(const OperationPtr&)> edit;
-  Log done, undone;
+  void ExpectUndoable(const std::vector<EditCase>& cases) {
+    for (const EditCase& test : cases) {
+      SCOPED_TRACE(test.name);
+      const std::string before = Describe();
+      const auto operation = MakeOperation();
+      listener_->Take();
+      ASSERT_TRUE(test.edit(operation));
+      RecordOperation(operation);
+      const std::string after = Describe();
+      EXPECT_NE(after, before);
+      EXPECT_EQ(listener_->Take(), test.done);
+      ASSERT_TRUE(Undo());
+      EXPECT_EQ(Describe(), before);
+      EXPECT_EQ(listener_->Take(), test.undone);
+      ASSERT_TRUE(Redo());
+      EXPECT_EQ(Describe(), after);
+      EXPECT_EQ(listener_->Take(), test.redone);
+      ASSERT_TRUE(Undo());
+    }
+  }
 };
 
-TEST_F(SceneEditTest, NotifiesInOrderAndRestoresExactlyWhenUndoneAndRedone) {
+TEST_F(SceneEditTest, EditsOfPartsNotifyInOrderAndAreRestoredExactly) {
   const SceneEdit::PropertyPlace material{{}, du::Symbol("material"), {}};
+  const SceneEdit::PropertyPlace source{{}, du::Symbol("material"), du::Symbol("step")};
+  tree_->SetProperty(shaft_, {}, du::Symbol("material"), du::Symbol("steel"), {});
   const dg::DVec3 way(0.1, 0.7, 0);
-  const std::vector<EditCase> cases{
+  AnnotationEdit::AddSymbol(scene_, shaft_, nullptr);
+  ExpectUndoable({
       {"move",
        [&](const auto& op) { return SceneEdit::MoveInstance(scene_, drive_, way, op); },
-       {"moved gearbox/drive/shaft", "moved gearbox/drive/gear", "moved gearbox/drive/bolt",
-        "moved gearbox/drive/bolt#2"},
-       {"moved gearbox/drive/bolt#2", "moved gearbox/drive/bolt", "moved gearbox/drive/gear",
-        "moved gearbox/drive/shaft"}},
+       {"moved gearbox/drive/shaft", "adjusted callout shaft", "moved gearbox/drive/gear", "adjusted callout gear",
+        "moved gearbox/drive/bolt", "moved gearbox/drive/bolt#2", "moved /symbol-1"},
+       {"moved /symbol-1", "moved gearbox/drive/bolt#2", "moved gearbox/drive/bolt", "moved gearbox/drive/gear",
+        "adjusted callout gear", "moved gearbox/drive/shaft", "adjusted callout shaft"}},
       {"hide",
        [&](const auto& op) { return SceneEdit::SetInstanceVisible(scene_, shaft_, false, op); },
-       {"hidden gearbox/drive/shaft"},
-       {"shown gearbox/drive/shaft"}},
+       {"hidden gearbox/drive/shaft", "hidden /symbol-1"},
+       {"shown /symbol-1", "shown gearbox/drive/shaft"}},
       {"remove a part that shares its item",
        [&](const auto& op) { return SceneEdit::RemoveInstance(scene_, bolt_, op); },
-       {"item 4 +0 -1", "removed gearbox/drive/bolt", "begin", "out of tree gearbox/drive/bolt", "end"},
-       {"begin", "in tree gearbox/drive/bolt", "end", "created gearbox/drive/bolt", "item 4 +1 -0"}},
+       {"changed 4 +0 -1", "removed gearbox/drive/bolt", "begin", "remove gearbox/drive/bolt", "end"},
+       {"begin", "add gearbox/drive/bolt", "end", "created gearbox/drive/bolt", "changed 4 +1 -0"}},
       {"remove a part with its item",
        [&](const auto& op) { return SceneEdit::RemoveInstance(scene_, gear_, op); },
-       {"no item 3", "removed gearbox/drive/gear", "begin", "out of tree gearbox/drive/gear", "end"},
-       {"begin", "in tree gearbox/drive/gear", "end", "created gearbox/drive/gear", "item 3"}},
+       {"removed 3", "removed gearbox/drive/gear", "begin", "remove gearbox/drive/gear", "end"},
+       {"begin", "add gearbox/drive/gear", "end", "created gearbox/drive/gear", "added 3"}},
       {"rename",
        [&](const auto& op) { return SceneEdit::RenameInstance(scene_, gear_, "wheel", op); },
-       {"begin", "changed name", "end"},
-       {"begin", "changed name", "end"}},
+       {"begin", "new name", "changed name", "end"},
+       {"begin", "gone name", "changed name", "end"}},
       {"set a property",
        [&](const auto& op) { return SceneEdit::SetInstanceProperty(scene_, gear_, material, du::Symbol("steel"), op); },
-       {"begin", "changed material", "end"},
+       {"begin", "new material", "changed material", "end"},
+       {"begin", "gone material", "changed material", "end"}},
+      {"set a property of one shape source",
+       [&](const auto& op) { return SceneEdit::SetInstanceProperty(scene_, shaft_, source, du::Symbol("brass"), op); },
+       {"begin", "changed material", "changed material", "end"},
        {"begin", "changed material", "end"}},
-  };
-  for (const EditCase& test : cases) {
-    SCOPED_TRACE(test.name);
-    const std::string before = Describe();
-    const auto operation = MakeOperation();
-    ASSERT_TRUE(test.edit(operation));
-    RecordOperation(operation);
-    const std::string after = Describe();
-    EXPECT_NE(after, before);
-    EXPECT_EQ(TakeLog(), test.done);
-    ASSERT_TRUE(Undo());
-    EXPECT_EQ(Describe(), before);
-    EXPECT_EQ(TakeLog(), test.undone);
-    ASSERT_TRUE(Redo());
-    EXPECT_EQ(Describe(), after);
-    EXPECT_EQ(TakeLog(), test.done);
-    ASSERT_TRUE(Undo());
-    TakeLog();
-  }
+  });
+}
+
+TEST_F(SceneEditTest, EditsOfAnnotationsNotifyInOrderAndAreRestoredExactly) {
+  const auto symbol = AnnotationEdit::AddSymbol(scene_, shaft_, nullptr);
+  const auto inset = AnnotationEdit::AddInset(scene_, gear_, "detail", nullptr);
+  ExpectUndoable({
+      {"add a symbol",
+       [&](const auto& op) { return AnnotationEdit::AddSymbol(scene_, shaft_, op).Get() != nullptr; },
+       {"created /symbol-2", "added annotation"},
+       {"left annotation", "removed /symbol-2"}},
+      {"remove a symbol",
+       [&](const auto& op) { return AnnotationEdit::RemoveSymbol(scene_, symbol, op); },
+       {"deleted annotation", "left annotation", "removed /symbol-1"},
+       {"created /symbol-1", "added annotation"},
+       {"left annotation", "removed /symbol-1"}},
+      {"add an inset",
+       [&](const auto& op) { return AnnotationEdit::AddInset(scene_, drive_, "Detail A", op).Get() != nullptr; },
+       {"added annotation"},
+       {"left annotation"}},
+      {"remove an inset and a callout",
+       [&](const auto& op) {
+         return AnnotationEdit::RemoveInset(scene_, inset, op) && !AnnotationEdit::RemoveInset(scene_, inset, op) &&
+                AnnotationEdit::DeleteCallout(scene_, callouts_[1], op);
+       },
+       {"deleted annotation", "left annotation", "deleted callout gear", "left callout gear"},
+       {"added callout gear", "added annotation"},
+       {"left annotation", "left callout gear"}},
+      {"join callouts",
+       [&](const auto& op) {
+         const auto combined = AnnotationEdit::JoinCallouts(scene_, {callouts_[0], callouts_[2]}, op);
+         return combined->GetText(false) == du::Symbol("shaft\nhousing") && callouts_[2]->GetParent() == combined &&
+                combined->GetMarkupLabelPosition().x == callouts_[0]->GetMarkupLabelPosition().x &&
+                combined->GetShapeInstanceIdAtPos(0) == "gearbox/drive/shaft";
+       },
+       {"left callout shaft", "left callout housing", "added annotation"},
+       {"left annotation", "added callout housing", "added callout shaft"}},
+  });
 }
 
 TEST_F(SceneEditTest, ChangesNothingWhenTheInstanceIsUnknownOrNothingWouldChange) {
@@ -80,54 +128,43 @@ TEST_F(SceneEditTest, ChangesNothingWhenTheInstanceIsUnknownOrNothingWouldChange
   EXPECT_FALSE(SceneEdit::RemoveInstance(scene_, root_, operation)) << "the root stays";
   EXPECT_FALSE(SceneEdit::SetInstanceProperty(scene_, gear_, {}, du::Symbol("steel"), operation)) << "no name";
   EXPECT_FALSE(SceneEdit::SetInstanceProperty(scene_, gear_, {{}, du::Symbol("material"), {}}, {}, operation));
+  EXPECT_FALSE(AnnotationEdit::AddInset(scene_, nullptr, "none", operation));
+  EXPECT_FALSE(AnnotationEdit::AddSymbol(scene_, drive_, operation)) << "an assembly has no shape of its own";
+  EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, {}, operation));
+  const CalloutPtr single = callouts_[2];
+  for (const CalloutPtr& other : {single, CalloutPtr(), MakeObject<zrannotations::Callout>()}) {
+    EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, {single, other}, operation));
+  }
   EXPECT_EQ(operation->GetStepCount(), 0u);
-  EXPECT_EQ(TakeLog(), Log());
+  EXPECT_EQ(listener_->Take(), Log());
+  const CalloutPtr combined = AnnotationEdit::JoinCallouts(scene_, {callouts_[0], callouts_[1]}, nullptr);
+  for (const CalloutPtr& other : {callouts_[0], combined}) {
+    EXPECT_FALSE(AnnotationEdit::JoinCallouts(scene_, {single, other}, nullptr)) << "joined already";
+  }
 }
 
-TEST_F(SceneEditTest, BringsBackOnlyTheValueOfThatShapeSourceWhenAPropertyIsUndone) {
-  const du::Symbol material("material");
-  tree_->SetProperty(gear_, {}, material, du::Symbol("steel"), {});
-  const auto operation = MakeOperation();
-  ASSERT_TRUE(SceneEdit::SetInstanceProperty(scene_, gear_, {{}, material, du::Symbol("step")}, du::Symbol("brass"),
-                                             operation));
-  RecordOperation(operation);
-  EXPECT_EQ(gear_->GetProperty({}, material, du::Symbol("step"))->GetValue(), du::Symbol("brass"));
-  ASSERT_TRUE(Undo());
-  EXPECT_EQ(gear_->GetProperty({}, material, du::Symbol("step"))->GetValue(), du::Symbol("steel"));
-}
-
-TEST_F(SceneEditTest, TakesSymbolsAlongWhenTheirPartMovesOrGoes) {
+TEST_F(SceneEditTest, TakesSymbolsAndCopiesInInsetsAlongWithTheirPart) {
   const auto symbol = AnnotationEdit::AddSymbol(scene_, gear_, nullptr);
   const auto shape = scene_->GetShapeInstance(symbol->GetInstance());
-  const double before = shape->GetLocation().GetPos().x;
-  ASSERT_TRUE(SceneEdit::MoveInstance(scene_, gear_, {2, 0, 0}, nullptr));
-  EXPECT_EQ(shape->GetLocation().GetPos().x, before + 2);
-  const auto operation = MakeOperation();
-  ASSERT_TRUE(SceneEdit::RemoveInstance(scene_, drive_, operation));
-  RecordOperation(operation);
-  EXPECT_FALSE(shape->GetShapeScene());
-  EXPECT_FALSE(symbol->GetScene());
-  ASSERT_TRUE(Undo());
-  EXPECT_TRUE(shape->GetShapeScene());
-  EXPECT_TRUE(symbol->GetScene());
-}
-
-TEST_F(SceneEditTest, KeepsWhatInsetsShowLikeTheOriginals) {
   const auto inset = AnnotationEdit::AddInset(scene_, gear_, "detail", nullptr);
   const auto copy = inset->GetSubsetScene()->GetShapeInstances().at(0);
-  const double before = copy->GetLocation().GetPos().x;
+  EXPECT_EQ(AnnotationEdit::GetSymbols(scene_, gear_), std::vector{symbol});
+  EXPECT_TRUE(inset->ContainsPoint({0.3, 0, 0}));
+  EXPECT_FALSE(inset->ContainsPoint({5, 0, 0}));
+  const auto at = [&] { return std::pair(shape->GetLocation().GetPos().x, copy->GetLocation().GetPos().x); };
+  const auto before = at();
   const auto operation = MakeOperation();
   ASSERT_TRUE(SceneEdit::MoveInstance(scene_, drive_, {2, 0, 0}, operation));
   ASSERT_TRUE(SceneEdit::SetInstanceVisible(scene_, gear_, false, operation));
-  EXPECT_EQ(copy->GetLocation().GetPos().x, before + 2);
+  EXPECT_EQ(at(), std::pair(before.first + 2, before.second + 2));
   EXPECT_FALSE(copy->IsVisible());
   ASSERT_TRUE(SceneEdit::RemoveInstance(scene_, drive_, operation));
   RecordOperation(operation);
-  EXPECT_FALSE(copy->GetShapeScene());
+  EXPECT_FALSE(shape->GetShapeScene() || symbol->GetScene() || copy->GetShapeScene());
   ASSERT_TRUE(Undo());
+  EXPECT_EQ(at(), before);
+  EXPECT_TRUE(shape->GetShapeScene() && symbol->GetScene() && copy->IsVisible());
   EXPECT_EQ(copy->GetShapeScene(), inset->GetSubsetScene());
-  EXPECT_EQ(copy->GetLocation().GetPos().x, before);
-  EXPECT_TRUE(copy->IsVisible());
 }
 
 TEST_F(SceneEditTest, AsksForTheCalloutsOfAnItemWhenItsLastInstanceGoes) {
@@ -142,7 +179,6 @@ TEST_F(SceneEditTest, AsksForTheCalloutsOfAnItemWhenItsLastInstanceGoes) {
   const auto operation = MakeOperation();
   EXPECT_EQ(items_->RemoveInstance(bolt_, operation), 4u);
   EXPECT_EQ(items_->RemoveInstance(gear_, operation), 3u);
-  EXPECT_EQ(items_->RemoveInstance(gear_, operation), 0u) << "in no item any more";
   zritemlist::ItemList::SetItemRemovalHook(nullptr);
   EXPECT_EQ(asked, std::vector<unsigned>{3});
   EXPECT_EQ(items_->GetZrkItemList()->GetQuantity(4), 1u);

@@ -67,16 +67,11 @@ TEST_F(UndoHistoryTest, RunsStepsBackwardsThenForwardsUntilAnotherIsRecorded) {
   Record("abc");
   const auto last = Record("de");
   EXPECT_EQ(UndoHistory::GetLast(scene_), last);
-  EXPECT_TRUE(Undo());
-  EXPECT_TRUE(Undo());
-  EXPECT_FALSE(Undo());
+  for (const bool expected : {true, true, false}) EXPECT_EQ(Undo(), expected);
   EXPECT_EQ(std::exchange(log_, {}), "-e-d-c-b-a");
-  EXPECT_TRUE(Redo());
-  EXPECT_TRUE(Redo());
-  EXPECT_FALSE(Redo());
+  for (const bool expected : {true, true, false}) EXPECT_EQ(Redo(), expected);
   EXPECT_EQ(log_, "abcde");
   Undo();
-  EXPECT_EQ(UndoHistory::GetRedoCount(scene_), 1U);
   Record("c");
   EXPECT_FALSE(Redo());
   EXPECT_EQ(UndoHistory::GetCount(scene_), 2U);
@@ -84,26 +79,20 @@ TEST_F(UndoHistoryTest, RunsStepsBackwardsThenForwardsUntilAnotherIsRecorded) {
 
 TEST_F(UndoHistoryTest, IgnoresWhatIsNoNewUndoableOperation) {
   const auto operation = Record("");
-  EXPECT_EQ(UndoHistory::GetCount(scene_), 1U);
-  zrk::RecordOperation(operation);
-  zrk::RecordOperation(nullptr);
-  zrk::RecordOperation(MakeObject<Operation>("not undoable", scene_, false));
+  for (const auto& ignored : {operation, SmartPtr<Operation>(), MakeObject<Operation>("", scene_, false)}) {
+    zrk::RecordOperation(ignored);
+  }
   EXPECT_EQ(UndoHistory::GetCount(scene_), 1U);
   operation->AddStep(nullptr);
   EXPECT_EQ(operation->GetStepCount(), 0U);
   operation->AddStep(MakeObject<LetterStep>(log_, 'a', nullptr));
   EXPECT_EQ(log_, "+") << "a step hears that it joined an operation";
-  EXPECT_EQ(operation->GetStepCount(), 1U);
 }
 
 TEST_F(UndoHistoryTest, ScenesHaveHistoriesOfTheirOwn) {
   const auto other = MakeObject<Scene>();
-  Record("a");
-  zrk::RecordOperation(MakeOperation("b", other));
-  zrk::RecordOperation(MakeOperation("c", nullptr));
+  for (const auto& scene : {scene_, other, SmartPtr<Scene>()}) zrk::RecordOperation(MakeOperation("b", scene));
   EXPECT_TRUE(UndoHistory::Undo(other));
-  EXPECT_TRUE(UndoHistory::Undo(nullptr));
-  EXPECT_EQ(log_, "-b-c");
   UndoHistory::Clear(scene_);
   EXPECT_EQ(UndoHistory::GetCount(scene_), 0U);
   EXPECT_EQ(UndoHistory::GetRedoCount(other), 1U);
@@ -134,25 +123,23 @@ TEST_F(UndoHistoryTest, OperationRecordedByAnotherThreadMeanwhileIsNewer) {
 }
 
 TEST_F(UndoHistoryTest, HistoryClearedByAStepStaysClear) {
-  Record("a", [&] { UndoHistory::Clear(); });
-  EXPECT_TRUE(Undo());
-  EXPECT_FALSE(Redo());
-  Record("b", [&] { UndoHistory::Clear(scene_); });
-  Undo();
-  EXPECT_EQ(UndoHistory::GetCount(scene_) + UndoHistory::GetRedoCount(scene_), 0U);
+  const std::function<void()> clears[] = {[] { UndoHistory::Clear(); }, [&] { UndoHistory::Clear(scene_); }};
+  for (const auto& clear : clears) {
+    Record("a", clear);
+    EXPECT_TRUE(Undo());
+    EXPECT_FALSE(Undo() || Redo());
+  }
 }
 
 TEST_F(UndoHistoryTest, KeepsTheSceneUntilItIsDestroyed) {
   const long before = du::RefCounted::GetLiveObjectCount();
-  for (const bool destroy : {false, true}) {
-    auto scene = MakeObject<Scene>();
-    zrk::RecordOperation(MakeOperation("a", scene));
-    if (destroy) scene->Destroy();
-    scene.Reset();
-    EXPECT_EQ(du::RefCounted::GetLiveObjectCount() == before, destroy);
-    if (!destroy) UndoHistory::Clear();
-    EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
-  }
+  auto scene = MakeObject<Scene>();
+  Scene* const kept = scene.Get();
+  zrk::RecordOperation(MakeOperation("a", scene));
+  scene.Reset();
+  EXPECT_GT(du::RefCounted::GetLiveObjectCount(), before);
+  SmartPtr<Scene>(kept)->Destroy();
+  EXPECT_EQ(du::RefCounted::GetLiveObjectCount(), before);
 }
 
 }  // namespace
