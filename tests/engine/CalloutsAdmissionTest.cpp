@@ -2,13 +2,12 @@
 #include <zrannotations/Inset.h>
 #include <zrk/MakeObject.h>
 
-#include "support/SceneFixture.h"
+#include "engine/EngineFixture.h"
 
 namespace {
 
 using zrtest::CalloutPtr;
 using zrtest::Part;
-using zrtest::SceneFixture;
 
 constexpr std::uint32_t kNoItem = 0;
 
@@ -19,96 +18,74 @@ struct Side {
   bool inInset = false;
 };
 
-struct AdmissionCase {
-  const char* name;
-  Side present;
-  Side candidate;
-  bool allowed;
-  bool otherPart = false;
-};
-
-class CalloutsAdmissionTest : public SceneFixture {
+class CalloutsAdmissionTest : public zrtest::EngineFixture {
 protected:
-  CalloutsAdmissionTest() = default;
-  explicit CalloutsAdmissionTest(const zrtest::SceneOptions& options) : SceneFixture(options) {}
-
   CalloutPtr Make(const Side& side, const Part& part) {
-    const auto callouttemplate = side.needsItems ? zrtest::NumberTemplate() : zrtest::TextTemplate("Note");
-    auto callout = MakeCallout(callouttemplate, part, side.itemId);
+    auto callout = side.needsItems ? MakeNumber(part, side.itemId) : MakeNote(part);
     callout->SetKit(side.kit);
     if (side.inInset) callout->SetInsetAtPos(inset_, 0);
     return callout;
   }
 
-  du::SmartPtr<zrannotations::Inset> inset_ = zrk::MakeObject<zrannotations::Inset>();
-  Part bolt_ = structure_->AddPart(structure_->Root(), "bolt");
-  Part nut_ = structure_->AddPart(structure_->Root(), "nut");
+  const du::SmartPtr<zrannotations::Inset> inset_ = zrk::MakeObject<zrannotations::Inset>();
 };
 
-class AdmissionTableTest : public CalloutsAdmissionTest, public ::testing::WithParamInterface<AdmissionCase> {};
-
-TEST_P(AdmissionTableTest, RefusesASecondCalloutOfTheItemInOnePlace) {
-  engine_->AddToMap(Make(GetParam().present, bolt_));
-  const auto candidate = Make(GetParam().candidate, GetParam().otherPart ? nut_ : bolt_);
-  EXPECT_EQ(engine_->IsAllowed(candidate), GetParam().allowed);
-  EXPECT_EQ(CalloutsOn(bolt_).size(), 1u);  // asking changes nothing
+TEST_F(CalloutsAdmissionTest, RefusesASecondCalloutOfTheItemInOnePlace) {
+  const struct {
+    const char* name;
+    Side present, candidate;
+    bool allowed;
+  } cases[] = {
+      {"same item", {}, {}, false},
+      {"other item", {}, {.itemId = 8}, true},
+      {"candidate without item", {}, {.itemId = kNoItem}, false},
+      {"present without item", {.itemId = kNoItem}, {}, false},
+      {"candidate needs no items", {}, {.needsItems = false}, true},
+      {"present needs no items", {.needsItems = false}, {}, true},
+      {"candidate is a kit", {}, {.kit = true}, true},
+      {"present is a kit", {.kit = true}, {}, true},
+      {"candidate in the inset", {}, {.inInset = true}, true},
+      {"present in the inset", {.inInset = true}, {}, true},
+      {"both in the inset", {.inInset = true}, {.inInset = true}, false},
+  };
+  for (const auto& tested : cases) {
+    SCOPED_TRACE(tested.name);
+    const auto present = Make(tested.present, bolt_);
+    engine_->AddToMap(present);
+    EXPECT_EQ(engine_->IsAllowed(Make(tested.candidate, bolt_)), tested.allowed);
+    EXPECT_TRUE(engine_->IsAllowed(Make(tested.candidate, nut_)));
+    EXPECT_EQ(CalloutsOn(bolt_).size(), 1u);  // asking changes nothing
+    engine_->OnRemoveAnnotation(present);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Pairs, AdmissionTableTest,
-                         ::testing::Values(AdmissionCase{"SameItem", {}, {}, false},
-                                           AdmissionCase{"OtherItem", {}, {.itemId = 8}, true},
-                                           AdmissionCase{"CandidateWithoutItem", {}, {.itemId = kNoItem}, false},
-                                           AdmissionCase{"PresentWithoutItem", {.itemId = kNoItem}, {}, false},
-                                           AdmissionCase{"CandidateNeedsNoItems", {}, {.needsItems = false}, true},
-                                           AdmissionCase{"PresentNeedsNoItems", {.needsItems = false}, {}, true},
-                                           AdmissionCase{"CandidateIsKit", {}, {.kit = true}, true},
-                                           AdmissionCase{"PresentIsKit", {.kit = true}, {}, true},
-                                           AdmissionCase{"CandidateInInset", {}, {.inInset = true}, true},
-                                           AdmissionCase{"PresentInInset", {.inInset = true}, {}, true},
-                                           AdmissionCase{"BothInInset", {.inInset = true}, {.inInset = true}, false},
-                                           AdmissionCase{"OtherPart", {}, {}, true, true}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
-
-TEST_F(CalloutsAdmissionTest, NothingIsNotAllowedAndALonelyCalloutIs) {
+TEST_F(CalloutsAdmissionTest, NothingIsNotAllowedAndWithoutRivalsEverythingIs) {
   EXPECT_FALSE(engine_->IsAllowed(nullptr));
   const auto callout = Make({}, bolt_);
   engine_->AddToMap(callout);
   EXPECT_TRUE(engine_->IsAllowed(callout));  // it is no rival of itself
   EXPECT_TRUE(engine_->IsAllowed(Make({}, Part{})));
   EXPECT_TRUE(engine_->IsAllowed(zrk::MakeObject<zrannotations::Callout>()));
+
+  const zrtest::EnginePtr withoutList(new zrcallouts::Callouts);
+  withoutList->AddToMap(callout);
+  EXPECT_TRUE(withoutList->IsAllowed(Make({}, bolt_)));
 }
 
-TEST_F(CalloutsAdmissionTest, AnyLeaderOfEitherCalloutMayCollide) {
-  const auto present = Make({}, nut_);
-  AddLeader(present, bolt_);
-  engine_->AddToMap(present);
-  const auto candidate = Make({}, structure_->AddPart(structure_->Root(), "washer"));
-  EXPECT_TRUE(engine_->IsAllowed(candidate));
-  AddLeader(candidate, bolt_);
-  candidate->GetLeaders()[1]->SetHidden(true);
-  EXPECT_FALSE(engine_->IsAllowed(candidate));
-}
-
-TEST_F(CalloutsAdmissionTest, CalloutsFiledUnderAnAssemblyAreNotFound) {
+TEST_F(CalloutsAdmissionTest, AnyLeaderOnAPartMayCollideButNoneOnAnAssembly) {
   const Part frame = structure_->AddAssembly(structure_->Root(), "frame");
   structure_->AddPart(frame, "beam");
-  const auto present = Make({}, Part{});
+  const auto present = Make({}, nut_);
+  AddLeader(present, bolt_);
   AddAssemblyLeader(present, frame);
   engine_->AddToMap(present);
   ASSERT_EQ(CalloutsOn(frame).size(), 1u);
-  const auto candidate = Make({}, Part{});
+  const auto candidate = Make({}, structure_->AddPart(structure_->Root(), "washer"));
   AddAssemblyLeader(candidate, frame);
   EXPECT_TRUE(engine_->IsAllowed(candidate));
-}
-
-class AdmissionWithoutListTest : public CalloutsAdmissionTest {
-protected:
-  AdmissionWithoutListTest() : CalloutsAdmissionTest({.withItemList = false}) {}
-};
-
-TEST_F(AdmissionWithoutListTest, EverythingIsAllowed) {
-  engine_->AddToMap(Make({}, bolt_));
-  EXPECT_TRUE(engine_->IsAllowed(Make({}, bolt_)));
+  AddLeader(candidate, bolt_);
+  candidate->GetLeaders().back()->SetHidden(true);
+  EXPECT_FALSE(engine_->IsAllowed(candidate));
 }
 
 }  // namespace

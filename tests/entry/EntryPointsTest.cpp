@@ -1,8 +1,7 @@
-// The ways into the library: its entry points by name and the engine of a scene.
+// The ways into the library: its entry points by name.
 #include <dlfcn.h>
 
 #include <zrcallouts/Functions.h>
-#include <zrk/MakeObject.h>
 #include <zrk/MemoryPool.h>
 #include <zrk/illustration/CalloutEngineMgr.h>
 
@@ -10,7 +9,6 @@
 
 namespace {
 
-using zrtest::EnginePtr;
 using EntryPoint = zrk::illustration::CalloutEngineMgr::EntryPoint;
 using Out = du::SmartPtr<du::RefCounted>;
 
@@ -28,59 +26,43 @@ private:
   int& deletions_;
 };
 
-class EntryPointsTest : public zrtest::SceneFixture {
-protected:
-  void TearDown() override { zrk::MemoryPool::FailNext(0); }
-};
+using EntryPointsTest = zrtest::SceneFixture;
 
-struct NameCase {
-  const char* name;
-  std::string action;
-  std::string kind;
-  std::string component;
-};
-
-class EntryPointNamesTest : public EntryPointsTest, public ::testing::WithParamInterface<NameCase> {};
-
-TEST_P(EntryPointNamesTest, OtherNamesAreRefusedAndLeaveOutAlone) {
+TEST_F(EntryPointsTest, OtherNamesAreRefusedAndLeaveOutAlone) {
+  const struct {
+    std::string action, kind, component;
+  } others[] = {
+      {"Create", "callouts", "calloutengine"},
+      {"created", "callouts", "calloutengine"},
+      {std::string("creat\0", 6), "callouts", "calloutengine"},
+      {"create", "callout", "calloutengine"},
+      {"create", "callouts", "calloutengine "},
+      {"create", "callouts", "calloutenginf"},
+      {"", "", ""},
+  };
   int deletions = 0;
   const Out held(new Probe(deletions));
-  Out out = held;
-  EXPECT_FALSE(CreateComponent()(GetParam().action, GetParam().kind, GetParam().component, out));
-  EXPECT_EQ(out, held);
+  for (const auto& [action, kind, component] : others) {
+    Out out = held;
+    EXPECT_FALSE(CreateComponent()(action, kind, component, out)) << action << kind << component;
+    EXPECT_EQ(out, held);
+  }
   EXPECT_EQ(deletions, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, EntryPointNamesTest,
-                         ::testing::Values(NameCase{"CapitalLetter", "Create", "callouts", "calloutengine"},
-                                           NameCase{"LongerAction", "created", "callouts", "calloutengine"},
-                                           NameCase{"ShorterKind", "create", "callout", "calloutengine"},
-                                           NameCase{"TrailingBlank", "create", "callouts", "calloutengine "},
-                                           NameCase{"LastLetter", "create", "callouts", "calloutenginf"},
-                                           NameCase{"ZeroByte", std::string("creat\0", 6), "callouts", "calloutengine"},
-                                           NameCase{"NothingAtAll", "", "", ""}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
-
-TEST_F(EntryPointsTest, MakesAnEngineAndReleasesWhatOutHeldOnce) {
-  int deletions = 0;
-  Out out(new Probe(deletions));
-  ASSERT_TRUE(CreateComponent()("create", "callouts", "calloutengine", out));
-  EXPECT_EQ(deletions, 1);
-  const auto engine = du::DynamicCast<zrcallouts::Callouts>(out);
-  ASSERT_TRUE(engine);
-  EXPECT_FALSE(engine->GetScene());
-  EXPECT_FALSE(engine->GetItemsList());
-  EXPECT_FALSE(engine->GetTemplate());
-}
-
-TEST_F(EntryPointsTest, AnswersTrueWithOutEmptiedWhenThePoolGivesNothing) {
-  int deletions = 0;
-  Out out(new Probe(deletions));
-  zrk::MemoryPool::FailNext(1);
-  EXPECT_TRUE(CreateComponent()("create", "callouts", "calloutengine", out));
-  EXPECT_EQ(zrk::MemoryPool::GetInjectedCount(), 1u);
-  EXPECT_FALSE(out);
-  EXPECT_EQ(deletions, 1);
+TEST_F(EntryPointsTest, MakesAnUnboundEngineOrNoneForWantOfMemoryAndReleasesWhatOutHeldOnce) {
+  for (const bool memory : {true, false}) {
+    int deletions = 0;
+    Out out(new Probe(deletions));
+    zrk::MemoryPool::FailNext(memory ? 0 : 1);
+    EXPECT_TRUE(CreateComponent()("create", "callouts", "calloutengine", out));
+    EXPECT_EQ(zrk::MemoryPool::GetInjectedCount(), memory ? 0u : 1u);
+    EXPECT_EQ(deletions, 1);
+    const auto engine = du::DynamicCast<zrcallouts::Callouts>(out);
+    ASSERT_EQ(static_cast<bool>(out), memory);
+    ASSERT_EQ(static_cast<bool>(engine), memory);
+    EXPECT_FALSE(engine && (engine->GetScene() || engine->GetItemsList() || engine->GetTemplate()));
+  }
 }
 
 TEST_F(EntryPointsTest, AnEngineWithoutLockObjectStillWorks) {
@@ -103,17 +85,6 @@ TEST_F(EntryPointsTest, InitAndTerminateAreOneFunction) {
   void* const init = dlsym(RTLD_DEFAULT, "ZRDllInit");
   EXPECT_NE(init, nullptr);
   EXPECT_EQ(init, dlsym(RTLD_DEFAULT, "ZRDllTerminate"));
-}
-
-TEST_F(EntryPointsTest, EachSceneHasItsOwnEngine) {
-  const auto second = AddScene(true);
-  const auto bare = AddScene(false);
-  EXPECT_TRUE(engine_);
-  EXPECT_TRUE(EngineOf(second));
-  EXPECT_NE(EngineOf(second), engine_);
-  EXPECT_EQ(EngineOf(scene_), engine_);
-  EXPECT_FALSE(EngineOf(bare));
-  EXPECT_FALSE(EngineOf(nullptr));
 }
 
 }  // namespace

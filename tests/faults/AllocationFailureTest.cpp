@@ -2,7 +2,6 @@
 // nothing stays locked, and once there is memory again the operation does what it would have done at once.
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
 #include <new>
 
 #include <du/Tracer.h>
@@ -11,19 +10,19 @@
 #include <zrk/illustration/PenPool.h>
 
 #include "faults/AllocationFaults.h"
-#include "faults/FaultStage.h"
+#include "faults/FaultOperations.h"
 
 namespace {
 
 using zrk::illustration::PenPool;
 using zrtest::AllocationFaults;
-using zrtest::FaultStage;
 using zrtest::Memory;
-using Step = void (FaultStage::*)();
+using S = zrtest::FaultOperations;
+using Step = void (S::*)();
 
 struct Scenario {
   const char* name;
-  Step prepare;
+  std::vector<Step> preparation;
   Step operate;
   unsigned floors[3];  ///< Of each kind of memory at least so many places must fail.
 };
@@ -48,18 +47,23 @@ protected:
   // Stays for the rest of the process.
   static void SetUpTestSuite() { static_cast<void>(PenPool::GetPenPool()->UsePen(PenPool::PEN_THIN_STR)); }
 
-  /// What the scenario gives when nothing fails.
-  std::string RunUndisturbed() {
-    FaultStage stage;
-    (stage.*GetParam().prepare)();
+  static void Prepare(S& stage) {
+    for (const Step step : GetParam().preparation) (stage.*step)();
+  }
+  /// The state that the scenario ends in when nothing fails, and how many allocations could have failed.
+  static std::pair<std::string, unsigned> RunUndisturbed(Memory memory) {
+    S stage;
+    Prepare(stage);
+    const AllocationFaults none(memory, 0, 0);
     (stage.*GetParam().operate)();
-    return stage.State();
+    const auto allocations = static_cast<unsigned>(none.GetSeenCount());
+    return {stage.State(), allocations};
   }
 
   /// True when the fault was met.
   bool RunWithFault(Memory memory, unsigned successes, unsigned failures, const std::string& expected) {
-    FaultStage stage;
-    (stage.*GetParam().prepare)();
+    S stage;
+    Prepare(stage);
     bool told = false;
     std::size_t injected = 0;
     {
@@ -79,7 +83,7 @@ protected:
     if (!told && injected > 0 && memory == Memory::Pool) {
       stage.TakeBack();
       stage.Clear();
-      (stage.*GetParam().prepare)();
+      Prepare(stage);
       told = true;
     }
     if (told) (stage.*GetParam().operate)();
@@ -87,36 +91,25 @@ protected:
     return injected > 0;
   }
 
-  unsigned CountAllocations(Memory memory) {
-    FaultStage stage;
-    (stage.*GetParam().prepare)();
-    const AllocationFaults none(memory, 0, 0);
-    (stage.*GetParam().operate)();
-    return static_cast<unsigned>(none.GetSeenCount());
+  void FailEverywhere(Memory memory, unsigned failures) {
+    const auto [expected, places] = RunUndisturbed(memory);
+    EXPECT_EQ(RunUndisturbed(memory).first, expected);
+    const unsigned stride = std::max(1u, places / PlaceCount());
+    unsigned injected = 0;
+    for (unsigned place = 0; place < places && !HasFailure(); place += stride) {
+      SCOPED_TRACE(kNames[static_cast<int>(memory)] + std::to_string(place));
+      const long liveBefore = CountLive();
+      const std::size_t poolBefore = zrk::MemoryPool::GetLiveCount();
+      if (RunWithFault(memory, place, failures, expected)) ++injected;
+      EXPECT_EQ(zrk::MemoryPool::GetLiveCount(), poolBefore);
+      if (CountLive() == liveBefore) continue;
+      const long liveAfterFirst = CountLive();  // the host keeps every text it has ever seen: only once, then
+      RunWithFault(memory, place, failures, expected);
+      EXPECT_EQ(CountLive(), liveAfterFirst);
+    }
+    EXPECT_GE(injected, GetParam().floors[static_cast<int>(memory)] * std::min(PlaceCount(), kPlaces) / kPlaces);
   }
-
-  void FailEverywhere(Memory memory, unsigned failures);
 };
-
-void AllocationFailureTest::FailEverywhere(Memory memory, unsigned failures) {
-  const std::string expected = RunUndisturbed();
-  EXPECT_EQ(RunUndisturbed(), expected);
-  const unsigned places = CountAllocations(memory);
-  const unsigned stride = std::max(1u, places / PlaceCount());
-  unsigned injected = 0;
-  for (unsigned place = 0; place < places && !HasFailure(); place += stride) {
-    SCOPED_TRACE(kNames[static_cast<int>(memory)] + std::to_string(place));
-    const long liveBefore = CountLive();
-    const std::size_t poolBefore = zrk::MemoryPool::GetLiveCount();
-    if (RunWithFault(memory, place, failures, expected)) ++injected;
-    EXPECT_EQ(zrk::MemoryPool::GetLiveCount(), poolBefore);
-    if (CountLive() == liveBefore) continue;
-    const long liveAfterFirst = CountLive();  // the host keeps every text it has ever seen: only once, then
-    RunWithFault(memory, place, failures, expected);
-    EXPECT_EQ(CountLive(), liveAfterFirst);
-  }
-  EXPECT_GE(injected, GetParam().floors[static_cast<int>(memory)] * std::min(PlaceCount(), kPlaces) / kPlaces);
-}
 
 TEST_P(AllocationFailureTest, LeavesNothingBehindAndSucceedsAfterwards) {
   for (const unsigned failures : {1u, AllocationFaults::kForever}) {
@@ -125,55 +118,58 @@ TEST_P(AllocationFailureTest, LeavesNothingBehindAndSucceedsAfterwards) {
   }
 }
 
-using S = FaultStage;
+const Scenario kScenarios[] = {
+    {"EngineIsMade", {}, &S::CreateEngine, {1, 3, 10}},
+    {"RunApart", {}, &S::Generate, {6, 26, 26}},
+    {"RunCombined", {&S::CombineLeaders}, &S::Generate, {6, 25, 25}},
+    {"RunWithHiddenLeaders", {&S::HideLeaders}, &S::Generate, {6, 26, 25}},
+    {"PlainRun", {&S::UsePlainTemplate}, &S::Generate, {6, 25, 30}},
+    {"RunByProperty", {&S::UsePropertyTemplate}, &S::Generate, {4, 25, 28}},
+    {"SecondRun", {&S::Generate}, &S::GenerateAgain, {4, 26, 34}},
+    {"ByItem", {&S::Generate}, &S::GenerateByItem, {3, 26, 43}},
+    {"ByHand", {&S::Generate}, &S::GenerateByHand, {4, 26, 26}},
+    {"MadeElsewhere", {&S::Generate}, &S::AddMadeCallouts, {2, 6, 24}},
+    {"Symbols", {&S::Generate, &S::AddSymbol}, &S::CallOutSymbols, {3, 26, 30}},
+    {"Arrival", {&S::Generate, &S::UsePropertyTemplate, &S::PrepareArrival}, &S::Arrive, {0, 4, 8}},
+    {"CombinedArrival", {&S::PrepareCombinedArrival}, &S::Arrive, {0, 4, 20}},
+    {"InsetArrival", {&S::Generate, &S::PrepareInset}, &S::Arrive, {0, 3, 4}},
+    {"Removal", {&S::CombineLeaders, &S::Generate}, &S::Leave, {0, 0, 4}},
+    {"Labels", {&S::UsePropertyTemplate, &S::Generate}, &S::RegenerateLabels, {0, 9, 9}},
+    {"Template", {&S::Generate}, &S::ChangeTemplate, {0, 4, 7}},
+    {"Language", {&S::Generate}, &S::ChangeLanguage, {0, 4, 1}},
+    {"InstancesLeave", {&S::CombineLeaders, &S::Generate}, &S::RemoveFromItem, {0, 1, 4}},
+    {"InstancesLeaveMembers", {&S::CombineLeaders, &S::Generate, &S::Join}, &S::RemoveFromItem, {4, 6, 18}},
+    {"InstancesJoin", {&S::CombineLeaders, &S::Generate}, &S::JoinItem, {3, 9, 26}},
+    {"InstancesJoinMembers", {&S::CombineLeaders, &S::Generate, &S::Join}, &S::JoinItem, {4, 14, 28}},
+    {"ItemGoes", {&S::CombineLeaders, &S::Generate}, &S::RemoveItem, {0, 2, 8}},
+    {"ItemOfMembersGoes", {&S::CombineLeaders, &S::Generate, &S::Join}, &S::RemoveItem, {3, 6, 31}},
+    {"ListCleared", {&S::Generate}, &S::ClearItems, {0, 3, 17}},
+    {"Renumbering", {&S::CombineLeaders, &S::Generate, &S::Join}, &S::RenumberItems, {0, 4, 10}},
+    {"Queries", {&S::CombineLeaders, &S::Generate, &S::Join}, &S::Query, {0, 20, 0}},
+    {"QueriesAfterChanges", {&S::Generate, &S::ChangeItemNumbers}, &S::Query, {0, 13, 3}},
+    {"Move", {&S::Generate, &S::ShowInset}, &S::MovePart, {0, 4, 4}},
+    {"Hide", {&S::CombineLeaders, &S::Generate}, &S::HidePart, {0, 3, 6}},
+    {"ShapeGoes", {&S::Generate}, &S::RemoveShape, {0, 0, 0}},
+    {"Anchors", {&S::HideLeaders, &S::Generate}, &S::PlaceAnchors, {3, 8, 34}},
+    {"HiddenParts", {&S::HideLeaders, &S::Generate, &S::LookAway}, &S::EvaluateHidden, {3, 15, 28}},
+    {"DrawWhenHidden", {&S::HideLeaders, &S::Generate, &S::LookAway}, &S::SwitchDrawWhenHidden, {4, 18, 30}},
+    {"InsetChanges", {&S::Generate, &S::ShowInset}, &S::ChangeInset, {0, 3, 4}},
+    {"SymbolGoes", {&S::Generate, &S::AddSymbol, &S::CallOutSymbols}, &S::DeleteSymbol, {0, 0, 4}},
+    {"Alignment", {&S::Generate}, &S::AlignLabels, {3, 3, 12}},
+    {"Arranging", {&S::Generate}, &S::ArrangeLabels, {1, 4, 4}},
+    {"Spreading", {&S::Generate}, &S::SpreadLabels, {0, 4, 4}},
+    {"SheetAlignment", {}, &S::AlignSheet, {0, 3, 4}},
+    {"SheetCallout", {&S::Generate}, &S::CreateOnSheet, {1, 2, 4}},
+    {"SheetLabel", {&S::Generate}, &S::UpdateSheet, {0, 1, 4}},
+    {"DroppedPicks", {&S::HideLeaders, &S::HoldPicks}, &S::DropPicks, {3, 4, 4}},
+    {"UndoneLeaders",
+     {&S::CombineLeaders, &S::Generate, &S::Join, &S::JoinItemInOperation},
+     &S::UndoAndRedo,
+     {0, 10, 34}},
+    {"Closing", {&S::Generate, &S::ShowInset}, &S::Destroy, {0, 2, 0}},
+};
 
-INSTANTIATE_TEST_SUITE_P(
-    Scenarios, AllocationFailureTest,
-    testing::Values(Scenario{"EngineIsMade", &S::StartEmpty, &S::CreateEngine, {1, 3, 10}},
-                    Scenario{"RunApart", &S::StartEmpty, &S::Generate, {6, 26, 26}},
-                    Scenario{"RunCombined", &S::CombineLeaders, &S::Generate, {6, 25, 25}},
-                    Scenario{"RunWithHiddenLeaders", &S::HideLeaders, &S::Generate, {6, 26, 25}},
-                    Scenario{"PlainRun", &S::UsePlainTemplate, &S::Generate, {6, 25, 30}},
-                    Scenario{"RunByProperty", &S::UsePropertyTemplate, &S::Generate, {4, 25, 28}},
-                    Scenario{"SecondRun", &S::GenerateApart, &S::GenerateAgain, {4, 26, 34}},
-                    Scenario{"ByItem", &S::GenerateApart, &S::GenerateByItem, {3, 26, 43}},
-                    Scenario{"ByHand", &S::GenerateApart, &S::GenerateByHand, {4, 26, 26}},
-                    Scenario{"MadeElsewhere", &S::GenerateApart, &S::AddMadeCallouts, {2, 6, 24}},
-                    Scenario{"Symbols", &S::AddSymbol, &S::CallOutSymbols, {3, 26, 30}},
-                    Scenario{"Arrival", &S::PrepareArrival, &S::Arrive, {0, 4, 8}},
-                    Scenario{"CombinedArrival", &S::PrepareCombinedArrival, &S::Arrive, {0, 4, 20}},
-                    Scenario{"InsetArrival", &S::PrepareInset, &S::Arrive, {0, 3, 4}},
-                    Scenario{"Removal", &S::GenerateCombined, &S::Leave, {0, 0, 4}},
-                    Scenario{"Labels", &S::GenerateByProperty, &S::RegenerateLabels, {0, 9, 9}},
-                    Scenario{"Template", &S::GenerateApart, &S::ChangeTemplate, {0, 4, 7}},
-                    Scenario{"Language", &S::GenerateApart, &S::ChangeLanguage, {0, 4, 1}},
-                    Scenario{"InstancesLeave", &S::GenerateCombined, &S::RemoveFromItem, {0, 1, 4}},
-                    Scenario{"InstancesLeaveMembers", &S::GenerateAndJoin, &S::RemoveFromItem, {4, 6, 18}},
-                    Scenario{"InstancesJoin", &S::GenerateCombined, &S::JoinItem, {3, 9, 26}},
-                    Scenario{"InstancesJoinMembers", &S::GenerateAndJoin, &S::JoinItem, {4, 14, 28}},
-                    Scenario{"ItemGoes", &S::GenerateCombined, &S::RemoveItem, {0, 2, 8}},
-                    Scenario{"ItemOfMembersGoes", &S::GenerateAndJoin, &S::RemoveItem, {3, 6, 31}},
-                    Scenario{"ListCleared", &S::GenerateApart, &S::ClearItems, {0, 3, 17}},
-                    Scenario{"Renumbering", &S::GenerateAndJoin, &S::RenumberItems, {0, 4, 10}},
-                    Scenario{"Queries", &S::GenerateAndJoin, &S::Query, {0, 20, 0}},
-                    Scenario{"QueriesAfterChanges", &S::ChangeItemNumbers, &S::Query, {0, 13, 3}},
-                    Scenario{"Move", &S::GenerateInset, &S::MovePart, {0, 4, 4}},
-                    Scenario{"Hide", &S::GenerateCombined, &S::HidePart, {0, 3, 6}},
-                    Scenario{"ShapeGoes", &S::GenerateApart, &S::RemoveShape, {0, 0, 0}},
-                    Scenario{"Anchors", &S::GenerateHidden, &S::PlaceAnchors, {3, 8, 34}},
-                    Scenario{"HiddenParts", &S::MarkHiddenParts, &S::EvaluateHidden, {3, 15, 28}},
-                    Scenario{"DrawWhenHidden", &S::MarkHiddenParts, &S::SwitchDrawWhenHidden, {4, 18, 30}},
-                    Scenario{"InsetChanges", &S::GenerateInset, &S::ChangeInset, {0, 3, 4}},
-                    Scenario{"SymbolGoes", &S::AddSymbolCallouts, &S::DeleteSymbol, {0, 0, 4}},
-                    Scenario{"Alignment", &S::GenerateApart, &S::AlignLabels, {3, 3, 12}},
-                    Scenario{"Arranging", &S::GenerateApart, &S::ArrangeLabels, {1, 4, 4}},
-                    Scenario{"Spreading", &S::GenerateApart, &S::SpreadLabels, {0, 4, 4}},
-                    Scenario{"SheetAlignment", &S::StartEmpty, &S::AlignSheet, {0, 3, 4}},
-                    Scenario{"SheetCallout", &S::GenerateApart, &S::CreateOnSheet, {1, 2, 4}},
-                    Scenario{"SheetLabel", &S::GenerateApart, &S::UpdateSheet, {0, 1, 4}},
-                    Scenario{"DroppedPicks", &S::HoldPicks, &S::DropPicks, {3, 4, 4}},
-                    Scenario{"UndoneLeaders", &S::JoinItemInOperation, &S::UndoAndRedo, {0, 10, 34}},
-                    Scenario{"Closing", &S::GenerateInset, &S::Destroy, {0, 2, 0}}),
-    [](const auto& tested) { return std::string(tested.param.name); });
+INSTANTIATE_TEST_SUITE_P(Scenarios, AllocationFailureTest, testing::ValuesIn(kScenarios),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace

@@ -4,14 +4,13 @@
 #include "faults/AllocationFaults.h"
 
 #include <dlfcn.h>
-#include <link.h>
 #include <unwind.h>
 
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <new>
+#include <optional>
 
 #include <zrcallouts/Functions.h>
 #include <zrk/MemoryPool.h>
@@ -20,82 +19,43 @@ namespace zrtest {
 
 namespace {
 
-struct Range {
-  std::uintptr_t begin = 0;
-  std::uintptr_t end = 0;
-  [[nodiscard]] bool Contains(std::uintptr_t address) const { return address >= begin && address < end; }
-};
-
-struct Lookup {
-  const char* file;
-  Range range;
-};
-
-int TakeCodeRange(dl_phdr_info* info, std::size_t, void* data) {
-  auto& lookup = *static_cast<Lookup*>(data);
-  if (std::strstr(info->dlpi_name, lookup.file) == nullptr) return 0;
-  for (int i = 0; i < info->dlpi_phnum; ++i) {
-    const auto& segment = info->dlpi_phdr[i];
-    if (segment.p_type != PT_LOAD || (segment.p_flags & PF_X) == 0) continue;
-    lookup.range = {info->dlpi_addr + segment.p_vaddr, info->dlpi_addr + segment.p_vaddr + segment.p_memsz};
-  }
-  return 1;
+/// Of the executable or shared library that the address lies in.
+const void* FileOf(std::uintptr_t address) {
+  dl_find_object file{};
+  return _dl_find_object(reinterpret_cast<void*>(address), &file) == 0 ? file.dlfo_link_map : nullptr;
 }
 
-Range CodeOf(const char* file) {
-  Lookup lookup{file, {}};
-  dl_iterate_phdr(TakeCodeRange, &lookup);
-  return lookup.range;
-}
+const void* const kComponent = FileOf(reinterpret_cast<std::uintptr_t>(&zrcallouts::GetCalloutsEngineForScene));
+const void* const kStandardLibrary = FileOf(reinterpret_cast<std::uintptr_t>(&std::get_terminate));
 
-struct Code {
-  const Range component = CodeOf("libzrcallouts.so");
-  const Range standardLibrary = CodeOf("libstdc++.so");
-};
-
-const Code& GetCode() {
-  static const Code code;
-  return code;
-}
+std::atomic<Memory> failing{Memory::Pool};
 
 struct Walk {
-  bool inStandardLibrary = false;
-  bool isComponents = false;
+  const std::uintptr_t caller;  // of the allocator
+  bool isBehindAllocator = false;
+  bool isDirect = true;
+  std::optional<Memory> memory = {};
 };
-
-_Unwind_Reason_Code SearchComponent(_Unwind_Context* context, void* found) {
-  *static_cast<bool*>(found) = GetCode().component.Contains(_Unwind_GetIP(context) - 1);
-  return *static_cast<bool*>(found) ? _URC_END_OF_STACK : _URC_NO_REASON;
-}
-
-bool IsBelowComponent() {
-  bool found = false;
-  _Unwind_Backtrace(SearchComponent, &found);
-  return found;
-}
 
 _Unwind_Reason_Code Step(_Unwind_Context* context, void* data) {
   auto& walk = *static_cast<Walk*>(data);
-  const std::uintptr_t address = _Unwind_GetIP(context) - 1;
-  if (GetCode().standardLibrary.Contains(address)) {
-    walk.inStandardLibrary = true;
-    return _URC_NO_REASON;
-  }
-  if (!walk.inStandardLibrary) return _URC_NO_REASON;  // the allocator itself
-  walk.isComponents = GetCode().component.Contains(address);
-  return _URC_END_OF_STACK;
+  const std::uintptr_t address = _Unwind_GetIP(context);
+  walk.isBehindAllocator = walk.isBehindAllocator || address == walk.caller;
+  const void* const file = FileOf(address - 1);
+  if (!walk.isBehindAllocator || file == kStandardLibrary) return _URC_NO_REASON;
+  if (file == kComponent) walk.memory = walk.isDirect ? Memory::Ordinary : Memory::OnBehalf;
+  walk.isDirect = false;
+  return file == kComponent || failing == Memory::Ordinary ? _URC_END_OF_STACK : _URC_NO_REASON;
 }
 
-bool IsComponents(const void* caller) {
-  const auto address = reinterpret_cast<std::uintptr_t>(caller) - 1;
-  if (!GetCode().standardLibrary.Contains(address)) return GetCode().component.Contains(address);
-  Walk walk;
+/// Nothing when the component has no part in the allocation.
+std::optional<Memory> MemoryOf(const void* caller) {
+  Walk walk{reinterpret_cast<std::uintptr_t>(caller)};
   _Unwind_Backtrace(Step, &walk);
-  return walk.isComponents;
+  return walk.memory;
 }
 
 std::atomic<bool> isArmed{false};
-std::atomic<bool> onBehalf{false};
 std::atomic<long> successesLeft{0};
 std::atomic<long> failuresLeft{0};
 std::atomic<std::size_t> injected{0};
@@ -103,18 +63,38 @@ std::atomic<std::size_t> seen{0};
 std::atomic<long> live{0};
 
 bool IsNextFault(const void* caller) {
-  if (!isArmed || IsComponents(caller) == onBehalf || (onBehalf && !IsBelowComponent())) return false;
+  if (!isArmed || MemoryOf(caller) != failing) return false;
   ++seen;
   if (successesLeft.fetch_sub(1) > 0 || failuresLeft.fetch_sub(1) <= 0) return false;
   ++injected;
   return true;
 }
 
+void* Allocate(std::size_t size, const void* caller, std::size_t alignment = 1) noexcept {
+  if (IsNextFault(caller)) return nullptr;
+  const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
+  void* const memory = alignment > alignof(std::max_align_t) ? std::aligned_alloc(alignment, rounded)
+                                                             : std::malloc(size == 0 ? 1 : size);
+  if (memory) ++live;
+  return memory;
+}
+
+void* AllocateOrThrow(std::size_t size, const void* caller, std::size_t alignment = 1) {
+  void* const memory = Allocate(size, caller, alignment);
+  if (!memory) throw std::bad_alloc();
+  return memory;
+}
+
+void Free(void* memory) noexcept {
+  if (!memory) return;
+  --live;
+  std::free(memory);
+}
+
 }  // namespace
 
 AllocationFaults::AllocationFaults(Memory memory, unsigned successes, unsigned failures)
     : memory_(memory), poolBefore_(zrk::MemoryPool::GetTotalCount()) {
-  static_cast<void>(GetCode());
   if (memory == Memory::Pool) {
     zrk::MemoryPool::FailAfter(successes, failures);
     return;
@@ -122,7 +102,7 @@ AllocationFaults::AllocationFaults(Memory memory, unsigned successes, unsigned f
   successesLeft = successes;
   failuresLeft = failures;
   injected = seen = 0;
-  onBehalf = memory == Memory::OnBehalf;
+  failing = memory;
   isArmed = true;
 }
 
@@ -144,68 +124,22 @@ long AllocationFaults::GetLiveCount() {
   return live;
 }
 
-namespace {
-
-void* Allocate(std::size_t size, std::size_t alignment, const void* caller) noexcept {
-  if (IsNextFault(caller)) return nullptr;
-  const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
-  void* const memory = alignment > alignof(std::max_align_t) ? std::aligned_alloc(alignment, rounded)
-                                                             : std::malloc(size == 0 ? 1 : size);
-  if (memory) ++live;
-  return memory;
-}
-
-void* AllocateOrThrow(std::size_t size, std::size_t alignment, const void* caller) {
-  void* const memory = Allocate(size, alignment, caller);
-  if (!memory) throw std::bad_alloc();
-  return memory;
-}
-
-void Free(void* memory) noexcept {
-  if (!memory) return;
-  --live;
-  std::free(memory);
-}
-
-constexpr std::size_t kPlain = 1;
-
-}  // namespace
-
 }  // namespace zrtest
 
+// The array forms of the standard library, and those that answer null for aligned memory, end in these.
 void* operator new(std::size_t size) {
-  return zrtest::AllocateOrThrow(size, zrtest::kPlain, __builtin_return_address(0));
-}
-
-void* operator new[](std::size_t size) {
-  return zrtest::AllocateOrThrow(size, zrtest::kPlain, __builtin_return_address(0));
+  return zrtest::AllocateOrThrow(size, __builtin_return_address(0));
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  return zrtest::AllocateOrThrow(size, static_cast<std::size_t>(alignment), __builtin_return_address(0));
-}
-
-void* operator new[](std::size_t size, std::align_val_t alignment) {
-  return zrtest::AllocateOrThrow(size, static_cast<std::size_t>(alignment), __builtin_return_address(0));
+  return zrtest::AllocateOrThrow(size, __builtin_return_address(0), static_cast<std::size_t>(alignment));
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return zrtest::Allocate(size, zrtest::kPlain, __builtin_return_address(0));
-}
-
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return zrtest::Allocate(size, zrtest::kPlain, __builtin_return_address(0));
-}
-
-void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-  return zrtest::Allocate(size, static_cast<std::size_t>(alignment), __builtin_return_address(0));
+  return zrtest::Allocate(size, __builtin_return_address(0));
 }
 
 void operator delete(void* memory) noexcept {
-  zrtest::Free(memory);
-}
-
-void operator delete[](void* memory) noexcept {
   zrtest::Free(memory);
 }
 
@@ -213,22 +147,10 @@ void operator delete(void* memory, std::size_t) noexcept {
   zrtest::Free(memory);
 }
 
-void operator delete[](void* memory, std::size_t) noexcept {
-  zrtest::Free(memory);
-}
-
 void operator delete(void* memory, std::align_val_t) noexcept {
   zrtest::Free(memory);
 }
 
-void operator delete[](void* memory, std::align_val_t) noexcept {
-  zrtest::Free(memory);
-}
-
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-  zrtest::Free(memory);
-}
-
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
   zrtest::Free(memory);
 }

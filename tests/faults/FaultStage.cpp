@@ -8,14 +8,12 @@
 #include <dg/Camera3D.h>
 #include <dg/Location.h>
 #include <dp/ReadWriteLock.h>
-#include <zrannotations/AnnotationEdit.h>
+#include <du/TaskPool.h>
 #include <zrk/MakeObject.h>
-#include <zrk/Markup.h>
 #include <zrk/UndoHistory.h>
 #include <zrk/illustration2d/Text2D.h>
 #include <zrk/illustration2d/View2D.h>
 
-using zrannotations::AnnotationEdit;
 using zrk::MakeObject;
 using zrk::illustration2d::Callout2D;
 
@@ -62,100 +60,28 @@ void FaultStage::LookAlong(const dg::DVec3& direction) {
   view_->SetCamera(camera);
 }
 
-void FaultStage::UsePropertyTemplate() {
-  engine_->SetTemplate(TemplateBuilder().Literal(kLongText).Property("Manufacturing data of the part", "Mass").Build());
-  SetProperty("bolt", "Manufacturing data of the part", "Mass", "17.25 kilograms, dry");
-  SetProperty("nut", "Manufacturing data of the part", "Mass", "3");
+void FaultStage::RunOn(const Names& names) {
+  const auto event = MakeObject<zrk::AsyncEvent>();
+  auto selection = Select(names);
+  const std::size_t failedBefore = world_->GetTaskPool()->GetFailedCount();
+  zrcallouts::CalloutGenerator::CreateCallouts(engine_, std::move(selection), event);
+  RunTasks();
+  EXPECT_EQ(event->GetCompleteCount(), 1u);
+  if (world_->GetTaskPool()->GetFailedCount() != failedBefore) throw std::bad_alloc();  // what ended the task
 }
 
-void FaultStage::GenerateCombined() {
-  CombineLeaders();
-  GenerateApart();
+unsigned FaultStage::ItemOf(const std::string& name) const {
+  unsigned item = 0;
+  items_->GetItemIdForInstance(PartOf(name).sbom, item);
+  return item;
 }
 
-void FaultStage::GenerateHidden() {
-  HideLeaders();
-  GenerateApart();
-}
-
-void FaultStage::GenerateByProperty() {
-  UsePropertyTemplate();
-  GenerateApart();
-}
-
-void FaultStage::GenerateAndJoin() {
-  GenerateCombined();
+CalloutPtr FaultStage::FirstCallout() const {
   const auto shown = Shown();
-  AnnotationEdit::JoinCallouts(scene_, {shown[0], shown[1], shown[2]}, nullptr);
+  return shown.empty() ? nullptr : shown.front();
 }
 
-void FaultStage::ChangeItemNumbers() {
-  GenerateApart();
-  const unsigned item = AddItemOf("washer");
-  for (const auto& callout : Shown()) callout->SetItemId(item);
-}
-
-void FaultStage::GenerateInset() {
-  GenerateApart();
-  inset_ = AnnotationEdit::AddInset(scene_, PartOf("bolt").sbom, kLongText, nullptr);
-  FirstCallout()->SetInsetAtPos(inset_, 0);
-  engine_->AddToMap(FirstCallout());
-}
-
-void FaultStage::AddSymbol() {
-  GenerateApart();
-  symbol_ = AnnotationEdit::AddSymbol(scene_, PartOf("bolt").sbom, nullptr);
-}
-
-void FaultStage::AddSymbolCallouts() {
-  AddSymbol();
-  MakeGenerator()->AddOnSymbols({symbol_->GetInstance()});
-}
-
-void FaultStage::MarkHiddenParts() {
-  GenerateHidden();
-  scene_->SetDrawWhenHidden(false);
-  LookAlong({-1, 0, 0});
-}
-
-void FaultStage::HoldPicks() {
-  view_->SetPickService(picks_);
-  HideLeaders();
-  RunOn({"bolt", "bolt#2", "bolt#3"});
-  static_cast<void>(picks_->Take());
-}
-
-void FaultStage::JoinItemInOperation() {
-  GenerateAndJoin();
-  operation_ = MakeOperation();
-  JoinItem();
-  step_ = operation_->GetSteps().front();
-  undone_ = false;
-  operation_.Reset();
-}
-
-void FaultStage::PrepareArrival() {
-  GenerateApart();
-  UsePropertyTemplate();
-  arrival_ = MakeCallout(engine_->GetTemplate(), PartOf("washer"), AddItemOf("washer"));
-}
-
-void FaultStage::PrepareCombinedArrival() {
-  const auto first = MakeCallout(NumberTemplate(), PartOf("washer"), AddItemOf("washer"));
-  AddLeader(first, PartOf("bolt"));
-  arrival_ = MakeCombined({first, MakeCallout(NumberTemplate(), PartOf("nut"), AddItemOf("nut"))});
-}
-
-void FaultStage::PrepareInset() {
-  GenerateApart();
-  inset_ = MakeObject<zrannotations::Inset>();
-  arrival_ = inset_;
-  FirstCallout()->SetInsetAtPos(inset_, 0);
-  inset_->SetInsetCaption(MakeObject<zrk::Markup>());
-  inset_->SetCaptionText(du::Symbol(kLongText), false, false);
-}
-
-std::string FaultStage::StateOf(const zrannotations::Callout& callout) const {
+std::string FaultStage::StateOf(const zrannotations::Callout& callout) {
   std::ostringstream state;
   state << Describe(callout) << " at " << Text(callout.GetLabelLocation().GetPos()) << callout.HasTemplateObserver();
   for (const auto& leader : callout.GetLeaders()) {

@@ -1,5 +1,5 @@
 #pragma once
-// One scene for one fault: what leads up to the operation under test, the operation, and the state as text.
+// One scene for one fault, and its state as text.
 
 #include <string>
 
@@ -16,74 +16,12 @@ namespace zrtest {
 /// Too long for a string to hold without asking for memory.
 constexpr const char* kLongText = "more than 15 letters";
 
-/// Operations end at the component's interface, so that a fault meets the component and no other part of the host.
 class FaultStage : public GeneratorFixture {
 public:
   FaultStage();
   ~FaultStage() override;
   void TestBody() override {}
   using SceneFixture::RunTasks;
-
-  // What leads up to the operation under test.
-
-  void StartEmpty() {}
-  void CombineLeaders() { engine_->SetCombineForSamePart(true); }
-  void HideLeaders() { engine_->SetDrawOneForSamePart(true); }
-  void UsePlainTemplate() { engine_->SetTemplate(TextTemplate(kLongText)); }
-  void UsePropertyTemplate();
-  void GenerateApart() { RunOn(parts_); }
-  void GenerateCombined();
-  void GenerateHidden();
-  void GenerateByProperty();
-  void GenerateAndJoin();
-  void ChangeItemNumbers();
-  void GenerateInset();
-  void AddSymbol();
-  void AddSymbolCallouts();
-  void HoldPicks();
-  void JoinItemInOperation();
-  void MarkHiddenParts();
-  void PrepareArrival();
-  void PrepareCombinedArrival();
-  void PrepareInset();
-
-  // The operation under test.
-
-  void CreateEngine();
-  void Generate() { RunOn(parts_); }
-  void GenerateAgain();
-  void GenerateByItem();
-  void GenerateByHand();
-  void AddMadeCallouts();
-  void CallOutSymbols();
-  void Arrive() { engine_->OnAddAnnotation(arrival_); }
-  void Leave();
-  void RegenerateLabels();
-  void ChangeTemplate();
-  void ChangeLanguage();
-  void RemoveFromItem();
-  void JoinItem();
-  void RemoveItem();
-  void ClearItems();
-  void RenumberItems();
-  void Query();
-  void MovePart();
-  void HidePart();
-  void RemoveShape();
-  void PlaceAnchors();
-  void EvaluateHidden();
-  void SwitchDrawWhenHidden();
-  void ChangeInset();
-  void DeleteSymbol();
-  void DropPicks();
-  void UndoAndRedo();
-  void AlignLabels();
-  void SpreadLabels();
-  void ArrangeLabels();
-  void AlignSheet();
-  void CreateOnSheet();
-  void UpdateSheet();
-  void Destroy();
 
   /// All that a user or another part of the host can see of the scene.
   [[nodiscard]] std::string State() const;
@@ -94,15 +32,13 @@ public:
   /// Whether another thread gets the engine's lock for itself, and no pick is outstanding.
   void ExpectIdle() const;
 
-private:
+protected:
   void LookAlong(const dg::DVec3& direction);
+  /// An automatic run; throws what its task has ended with.
   void RunOn(const Names& names);
   [[nodiscard]] CalloutPtr FirstCallout() const;
   [[nodiscard]] unsigned ItemOf(const std::string& name) const;
-  [[nodiscard]] std::string StateOf(const zrannotations::Callout& callout) const;
 
-  const Names parts_ = {"bolt", "bolt#2", "nut", "frame", "weld/plate"};
-  const bool drawWhenHidden_ = scene_->GetDrawWhenHidden();
   const du::SmartPtr<zrk::illustration::Illustration3dScene> other_;
   const du::SmartPtr<zrk::illustration2d::Scene2D> sheet_;
   const du::SmartPtr<HeldPicks> picks_ = du::SmartPtr<HeldPicks>(new HeldPicks);
@@ -115,6 +51,11 @@ private:
   bool undone_ = false;
   du::SmartPtr<zrk::Operation> operation_;  // handed to the operation under test
   std::string answer_;                      // of the last query
+
+private:
+  [[nodiscard]] static std::string StateOf(const zrannotations::Callout& callout);
+
+  const bool drawWhenHidden_ = scene_->GetDrawWhenHidden();
 };
 
 }  // namespace zrtest

@@ -57,14 +57,11 @@ TEST_F(CreateNewCallout2DTest, TheCalloutFollowsTheTemplateWhichStaysAsItIs) {
   EXPECT_NE(second->GetIDPath(), callout->GetIDPath());
   EXPECT_EQ(callout->GetIDPath().GetString().find('/'), 0u);
   EXPECT_EQ(sheet_->GetAnnotations2D().size(), 2u);
-}
 
-TEST_F(CreateNewCallout2DTest, ALeaderPenOfTheTemplateIsKept) {
-  const auto made = TemplateBuilder().Literal("A").Markdown().Build();
-  made->SetLeaderPen(zrk::MakeObject<zrk::illustration::PenHolder>(dg::LengthUnit::MILLIMETER, 0.7));
-  const auto callout = Create(made, false);
-  EXPECT_EQ(callout->GetPreset()->GetLeaderPen(), made->GetLeaderPen());
-  EXPECT_TRUE(callout->GetPreset()->IsMarkdown());
+  const auto withPen = TemplateBuilder().Literal("A").Markdown().Build();
+  withPen->SetLeaderPen(zrk::MakeObject<zrk::illustration::PenHolder>(dg::LengthUnit::MILLIMETER, 0.7));
+  EXPECT_EQ(Create(withPen, false)->GetPreset()->GetLeaderPen(), withPen->GetLeaderPen());
+  EXPECT_TRUE(Create(withPen, false)->GetPreset()->IsMarkdown());
 }
 
 TEST_F(CreateNewCallout2DTest, AnEmptyLabelShowsThePredefinedText) {
@@ -77,15 +74,15 @@ TEST_F(CreateNewCallout2DTest, AnEmptyLabelShowsThePredefinedText) {
 }
 
 TEST_F(CreateNewCallout2DTest, TheTypeFollowsTheTemplatesFlags) {
-  struct Case {
+  const struct {
     bool itemTemplate, requiresItemList;
     unsigned type;
-  };
-  for (const Case& example : {Case{true, true, 0}, Case{true, false, 2}, Case{false, true, 1}, Case{false, false, 1}}) {
+  } cases[] = {{true, true, 0}, {true, false, 2}, {false, true, 1}, {false, false, 1}};
+  for (const auto& tested : cases) {
     const auto made = zrtest::TextTemplate("A");
-    made->SetIsItemTemplate(example.itemTemplate);
-    made->SetRequires(example.requiresItemList, false);
-    EXPECT_EQ(Create(made, false)->GetCalloutType(), example.type);
+    made->SetIsItemTemplate(tested.itemTemplate);
+    made->SetRequires(tested.requiresItemList, false);
+    EXPECT_EQ(Create(made, false)->GetCalloutType(), tested.type);
   }
 }
 

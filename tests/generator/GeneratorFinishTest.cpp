@@ -137,19 +137,17 @@ TEST_P(WithOperationTest, CalloutsMadeElsewhereGetItemsAndSymbolIdsAndAreShown) 
   EXPECT_EQ(items_->GetItemIds(), std::vector<unsigned>({1, 2}));
 }
 
-struct SymbolCase {
-  const char* name;
-  bool combine;
-  bool drawOne;
-  Names shown;
-};
-
-class SymbolTest : public GeneratorFinishTest, public ::testing::WithParamInterface<SymbolCase> {};
-
-TEST_P(SymbolTest, SymbolsOfOneShapeShareACalloutAsTheSettingsSay) {
+TEST_F(GeneratorFinishTest, SymbolsOfOneShapeShareACalloutAsTheSettingsSay) {
+  const struct {
+    bool combine, drawOne;
+    Names shown;
+    std::size_t last;  // the one that the third symbol is on
+  } cases[] = {
+      {false, false, {"Note: /s1", "Note: /s2", "Note: /s3"}, 2},
+      {true, false, {"Note: /s1 /s3", "Note: /s2"}, 0},
+      {false, true, {"Note: /s1 /s3*", "Note: /s2"}, 0},
+  };
   engine_->SetTemplate(zrtest::TextTemplate("Note"));
-  engine_->SetCombineForSamePart(GetParam().combine);
-  engine_->SetDrawOneForSamePart(GetParam().drawOne);
   const auto first = structure_->AddSymbol("s1");
   const auto other = structure_->AddSymbol("s2");
   Part twin = structure_->AddSymbol("s3");
@@ -158,24 +156,19 @@ TEST_P(SymbolTest, SymbolsOfOneShapeShareACalloutAsTheSettingsSay) {
                                                    first.shape->GetLocation());
   scene_->AddShapeInstance(twin.shape);
   for (const auto& part : {first, other, twin}) Add(part.symbol);
-  MakeGenerator()->AddOnSymbols({first.design, nullptr, other.design, PartOf("stub").design, twin.design});
-  EXPECT_EQ(Describe(), GetParam().shown);
-  const auto last = GetParam().shown.size() == 3 ? Shown().back() : Shown().front();
-  EXPECT_EQ(last->GetSymbolIdAtPos(last->GetLeaderLineCount(true) - 1), twin.symbol->Id());
-  ASSERT_EQ(RecordedCount(), 1u);
-  UndoHistory::Undo(scene_);
-  EXPECT_EQ(Describe(), Names());
-}
-
-INSTANTIATE_TEST_SUITE_P(Settings, SymbolTest,
-                         ::testing::Values(SymbolCase{"Apart", false, false, {"Note: /s1", "Note: /s2", "Note: /s3"}},
-                                           SymbolCase{"Combine", true, false, {"Note: /s1 /s3", "Note: /s2"}},
-                                           SymbolCase{"DrawOne", false, true, {"Note: /s1 /s3*", "Note: /s2"}}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
-
-TEST_F(GeneratorFinishTest, NoSymbolsRecordNothing) {
   MakeGenerator()->AddOnSymbols({});
-  EXPECT_EQ(RecordedCount(), 0u);
+  for (const auto& tested : cases) {
+    EXPECT_EQ(RecordedCount(), 0u);
+    engine_->SetCombineForSamePart(tested.combine);
+    engine_->SetDrawOneForSamePart(tested.drawOne);
+    MakeGenerator()->AddOnSymbols({first.design, nullptr, other.design, PartOf("stub").design, twin.design});
+    ASSERT_EQ(Describe(), tested.shown);
+    const auto last = Shown()[tested.last];
+    EXPECT_EQ(last->GetSymbolIdAtPos(last->GetLeaderLineCount(true) - 1), twin.symbol->Id());
+    ASSERT_EQ(RecordedCount(), 1u);
+    UndoHistory::Undo(scene_);
+    EXPECT_EQ(Describe(), Names());
+  }
 }
 
 TEST_F(GeneratorFinishTest, ManualCreationGoesByItemsAndLeavesShowingToTheCaller) {
@@ -246,40 +239,34 @@ struct Sight : zrk::PickService {
   std::set<du::SmartPtr<zrk::ShapeInstance>> visible;
 };
 
-struct SightCase {
-  const char* name;
-  Names visible;
-  std::string shown;
-};
-
-class SightTest : public GeneratorFinishTest, public ::testing::WithParamInterface<SightCase> {};
-
-TEST_P(SightTest, AShownLeaderOnAPartOutOfSightChangesPlacesWithAHiddenOne) {
+TEST_F(GeneratorFinishTest, AShownLeaderOnAPartOutOfSightChangesPlacesWithAHiddenOne) {
+  const struct {
+    Names visible;
+    const char* shown;
+  } cases[] = {
+      {{}, "1: bolt bolt#2*"},
+      {{"bolt"}, "1: bolt bolt#2*"},
+      {{"bolt#2"}, "1: bolt* bolt#2"},
+      {{"bolt", "bolt#2"}, "1: bolt bolt#2*"},
+  };
   const auto sight = zrk::MakeObject<Sight>();
-  for (const auto& name : GetParam().visible) sight->visible.insert(PartOf(name).shape);
   view_->SetPickService(sight);
   engine_->SetDrawOneForSamePart(true);
-  Run({"bolt", "bolt#2"});
-  EXPECT_EQ(Describe(), Names({GetParam().shown}));
-  for (const auto& leader : Shown().at(0)->GetLeaders()) {
-    const bool seen = sight->visible.count(leader->GetShapeInstance()) != 0;
-    EXPECT_EQ(leader->IsAnchorCalculated(), seen);
-    EXPECT_EQ(leader->GetAnchor().z, seen ? 0.5 : 0.0);
+  for (const auto& tested : cases) {
+    sight->visible.clear();
+    for (const auto& name : tested.visible) sight->visible.insert(PartOf(name).shape);
+    Run({"bolt", "bolt#2"});
+    EXPECT_EQ(Describe(), Names({tested.shown}));
+    for (const auto& leader : Shown().at(0)->GetLeaders()) {
+      const bool seen = sight->visible.count(leader->GetShapeInstance()) != 0;
+      EXPECT_EQ(leader->IsAnchorCalculated(), seen);
+      EXPECT_EQ(leader->GetAnchor().z, seen ? 0.5 : 0.0);
+    }
+    UndoHistory::Undo(scene_);
+    UndoHistory::Redo(scene_);
+    EXPECT_EQ(Describe(), Names({tested.shown}));
+    UndoHistory::Undo(scene_);
   }
-  UndoHistory::Undo(scene_);
-  UndoHistory::Redo(scene_);
-  EXPECT_EQ(Describe(), Names({GetParam().shown}));
-}
-
-INSTANTIATE_TEST_SUITE_P(Views, SightTest,
-                         ::testing::Values(SightCase{"Nothing", {}, "1: bolt bolt#2*"},
-                                           SightCase{"Shown", {"bolt"}, "1: bolt bolt#2*"},
-                                           SightCase{"Hidden", {"bolt#2"}, "1: bolt* bolt#2"},
-                                           SightCase{"Both", {"bolt", "bolt#2"}, "1: bolt bolt#2*"}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
-
-bool Overlap(const dg::DBox& a, const dg::DBox& b) {
-  return a.min.x < b.max.x && b.min.x < a.max.x && a.min.y < b.max.y && b.min.y < a.max.y;
 }
 
 TEST_F(GeneratorFinishTest, LabelsStandBesideTheModelAndApartFromEachOther) {
@@ -299,12 +286,16 @@ TEST_F(GeneratorFinishTest, LabelsStandBesideTheModelAndApartFromEachOther) {
     const dg::DPoint3D centre = shape->GetLocation().GetPos() * camera.GetObjectToPixel();
     boxes.push_back({{centre.x - 6, centre.y - 6, 0}, {centre.x + 6, centre.y + 6, 0}});
   }
-  const std::size_t shapes = boxes.size();
-  for (const auto& callout : Shown()) boxes.push_back(callout->GetMarkupPixelBBox(pipeline, &context, 24));
-  ASSERT_EQ(boxes.size(), shapes + 8);
-  for (std::size_t label = shapes; label < boxes.size(); ++label) {
-    EXPECT_TRUE(Overlap(boxes[label], {{0, 0, 0}, {1600, 1200, 0}})) << label;
-    for (std::size_t other = 0; other < label; ++other) EXPECT_FALSE(Overlap(boxes[label], boxes[other])) << label;
+  ASSERT_EQ(Shown().size(), 8u);
+  for (const auto& callout : Shown()) {
+    const dg::DBox label = callout->GetMarkupPixelBBox(pipeline, &context, 24);
+    const auto overlaps = [&](const dg::DBox& other) {
+      return label.min.x < other.max.x && other.min.x < label.max.x && label.min.y < other.max.y &&
+             other.min.y < label.max.y;
+    };
+    EXPECT_TRUE(overlaps({{0, 0, 0}, {1600, 1200, 0}})) << TextOf(callout);
+    EXPECT_TRUE(std::none_of(boxes.begin(), boxes.end(), overlaps)) << TextOf(callout);
+    boxes.push_back(label);
   }
 }
 

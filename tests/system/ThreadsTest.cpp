@@ -28,7 +28,6 @@ using zrk::illustration::SbomInstanceSelectionItem;
 using zrtest::CalloutPtr;
 using zrtest::EnginePtr;
 using zrtest::Part;
-using zrtest::SceneFixture;
 using zrtest::TemplateBuilder;
 
 constexpr std::chrono::seconds kDeadline{20};
@@ -52,7 +51,7 @@ void RunWithoutDeadlock(const Function& function) {
   thread.join();
 }
 
-class EngineLockTest : public SceneFixture {
+class EngineLockTest : public zrtest::SceneFixture {
 protected:
   EngineLockTest() : SceneFixture({.manualTasks = false}) { Add(combined_); }
   void TearDown() override { RunTasks(); }
@@ -78,7 +77,10 @@ public:
     while (!event->WaitComplete(1000)) {
     }
   }
-  void Move() { bolt_.shape->SetLocation(dg::Location(dg::FMat33::IDENTITY, dg::DPoint3D(1, 0, 0))); }
+  static void Move(const Part& part, double way) {
+    part.shape->SetLocation(dg::Location(dg::FMat33::IDENTITY, dg::DPoint3D(way, 0, 0)));
+  }
+  void MoveBolt() { Move(bolt_, 1); }
   void ReplaceShape() {
     scene_->RemoveShapeInstance(nut_.shape);
     scene_->AddShapeInstance(nut_.shape);
@@ -92,15 +94,23 @@ public:
     EXPECT_TRUE(tree_->FindInstance(bolt_.Id()));
     scene_->Destroy();
   }
-  void Rebuild() {
-    engine_->RegenerateCalloutLabels();
-    engine_->OnLanguageChanged();
-    engine_->OnPaletteColorChanged();
-    engine_->OnWindowSize();
-    EXPECT_TRUE(engine_->Exists(bolt_.Id(), "1"));
-    EXPECT_TRUE(engine_->IsAllowed(combined_));
-    EXPECT_FALSE(engine_->GetCalloutsAndInsetsFonts(true).count("none"));
+  /// Writes every label anew and asks whatever can be asked.
+  static void Rebuild(const EnginePtr& engine, const std::vector<Part>& parts) {
+    engine->RegenerateCalloutLabels();
+    engine->OnLanguageChanged();
+    engine->OnPaletteColorChanged();
+    engine->OnWindowSize();
+    std::set<CalloutPtr> callouts;
+    std::vector<CalloutPtr> carriers;
+    engine->GetItemIdCallouts({1, 2, 3}, carriers);
+    for (const Part& part : parts) {
+      engine->GetCalloutSetForSbomInstance(part.sbom, callouts);
+      EXPECT_FALSE(engine->Exists(part.Id(), "none"));
+    }
+    for (const auto& callout : callouts) static_cast<void>(engine->IsAllowed(callout));
+    EXPECT_FALSE(engine->GetCalloutsAndInsetsFonts(true).count("none"));
   }
+  void Rebuild() { Rebuild(engine_, {bolt_, nut_}); }
   [[nodiscard]] dp::ReadWriteLock* Lock() const { return engine_->GetReadWriteLock(); }
 
 protected:
@@ -150,22 +160,36 @@ INSTANTIATE_TEST_SUITE_P(Cases, LockOrderTest,
                                          LockCase{"ArrivalAndClosing", &T::Arrive, &T::Close},
                                          LockCase{"CombinedLabelAndRemoval", &T::RewriteCombined, &T::RemoveItem},
                                          LockCase{"PropertyAndClosing", &T::ChangeProperty, &T::Close},
-                                         LockCase{"MoveAndShapes", &T::Move, &T::ReplaceShape},
+                                         LockCase{"MoveAndShapes", &T::MoveBolt, &T::ReplaceShape},
                                          LockCase{"InsetAndItsCallouts", &T::AddInset, &T::ChangeInset},
                                          LockCase{"RunAndRemoval", &T::Generate, &T::RemoveItem},
                                          LockCase{"RunAndClosing", &T::Generate, &T::Close}),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 // Texts that change inside the walk are reported to the engine again: with a write lock there it would wait for the
-// reader.
-TEST_F(EngineLockTest, WalksThatWriteTextsEndWhileOthersRead) {
-  RunWithoutDeadlock([this] {
-    callout_->SetText("1", false);
-    combined_->SetText("old", false);
-    const dp::ReadWriteLock::ReadGuard guard(Lock());
-    std::thread([this] { Rebuild(); }).join();
+// reader; and a reader that reads again must not wait for a writer that waits for it.
+TEST_F(EngineLockTest, WalksThatWriteTextsEndWhileOthersReadAndWhileAWriterWaits) {
+  std::atomic<bool> stored{false};
+  RunWithoutDeadlock([&] {
+    std::thread writer;
+    {
+      const dp::ReadWriteLock::ReadGuard guard(Lock());
+      combined_->SetText("old", false);
+      std::thread([this] { Rebuild(); }).join();
+      EXPECT_EQ(TextOf(combined_), "2\n1");
+      combined_->SetText("old", false);
+      writer = std::thread([&] {
+        engine_->SetDrawOneForSamePart(true);
+        stored = true;
+      });
+      std::this_thread::sleep_for(kTimeToBlock);
+      EXPECT_FALSE(stored);
+      engine_->RegenerateCalloutLabels();
+    }
+    writer.join();
   });
   EXPECT_EQ(TextOf(combined_), "2\n1");
+  EXPECT_TRUE(engine_->GetDrawOneForSamePart());
 }
 
 /// Closes a scene as soon as an annotation of another one is modified.
@@ -185,6 +209,9 @@ TEST_F(EngineLockTest, AReactionToTheLanguageMayCloseAnotherScene) {
   EXPECT_FALSE(EngineOf(du::DynamicCast<zrk::ShapeScene>(closer->other)));
   EXPECT_EQ(TextOf(callout_), "Hinweis");
   scene_->RemoveListener(closer);
+  RunTasks();
+  world_->ChangeLanguage("en");  // the engine that is left still follows
+  EXPECT_EQ(TextOf(callout_), "Note");
 }
 
 /// Repeats a body on a thread of its own until it is stopped.
@@ -206,52 +233,38 @@ private:
   std::thread thread_;
 };
 
+TEST_F(EngineLockTest, ArrivalsMovesItemChangesAndQueriesRunSideBySide) {
+  const std::uint32_t washerItem = AddItem(washer_);
+  RunWithoutDeadlock([&] {
+    const Repeater comer([&] { Remove(AddCallout(number_, bolt_, boltItem_)); });
+    const Repeater loser([&] {
+      AddCallout(number_, washer_, washerItem);
+      engine_->OnItemRemoved(washerItem, nullptr);
+    });
+    const Repeater mover([&, way = 0]() mutable {
+      Move(bolt_, ++way);
+      washer_.shape->SetVisible(way % 2 == 0);
+    });
+    const Repeater asker([&] { Rebuild(); });
+    for (int round = 0; round < 3 * Rounds(); ++round) items_->SetItemLabel(boltItem_, std::to_string(round));
+  });
+  EXPECT_EQ(CalloutsOn(bolt_).count(callout_), 1u);
+  EXPECT_TRUE(CalloutsOn(washer_).empty());
+  EXPECT_EQ(TextOf(callout_), std::to_string(3 * Rounds() - 1));
+  EXPECT_TRUE(items_->IsIndicated(boltItem_));
+}
+
 // Nobody may take a counted reference while the constructor runs: it would be the first one, and its end the object's.
 TEST_F(EngineLockTest, AnEngineBoundByItsConstructorSurvivesTheLanguageChangesMeanwhile) {
   const Repeater translator([this] { world_->ChangeLanguage("en"); });
-  for (int round = 0; round < Rounds(); ++round) {
-    const auto scene = AddScene(false);
-    scene->SetSbomTree(tree_);
+  const auto scene = AddScene(false);
+  scene->SetSbomTree(tree_);
+  for (int engines = 0; engines < 50000; ++engines) {  // it takes many to meet the moment
     const EnginePtr engine(new zrcallouts::Callouts(scene));
     EXPECT_EQ(engine->GetScene(), scene);
     engine->Destroy();
   }
 }
-
-/// What the host reports and asks while a run makes callouts and while the scene closes.
-class Traffic {
-public:
-  Traffic(const EnginePtr& engine, const CalloutPtr& callout, const std::vector<Part>& parts)
-      : engine_(engine), annoSet_(engine->GetAnnoSet()), callout_(callout), parts_(parts) {}
-
-private:
-  void Report() {
-    const double way = ++round_;
-    for (const Part& part : parts_) {
-      part.shape->SetLocation(dg::Location(dg::FMat33::IDENTITY, dg::DPoint3D(way, 0, 0)));
-      part.shape->SetVisible(round_ % 2 == 0);
-    }
-    annoSet_->AddAnnotationToSet(callout_, nullptr);
-    annoSet_->RemoveAnnotationFromSet(callout_, nullptr);
-  }
-  void Ask() const {
-    std::set<CalloutPtr> callouts;
-    std::vector<CalloutPtr> carriers;
-    for (const Part& part : parts_) engine_->GetCalloutSetForSbomInstance(part.sbom, callouts);
-    engine_->GetItemIdCallouts({1, 2, 3}, carriers);
-    engine_->RegenerateCalloutLabels();
-    engine_->SetTemplate(engine_->GetTemplate());
-    EXPECT_FALSE(engine_->GetCalloutsAndInsetsFonts(true).count("none"));
-  }
-
-  const EnginePtr engine_;
-  const du::SmartPtr<zrk::AnnoSet> annoSet_;
-  const CalloutPtr callout_;
-  const std::vector<Part> parts_;
-  int round_ = 0;
-  const Repeater reporter_{[this] { Report(); }};
-  const Repeater asker_{[this] { Ask(); }};
-};
 
 TEST_F(EngineLockTest, ScenesCloseDuringRunsAndAllThatIsReportedAndAskedMeanwhile) {
   const Repeater translator([this] { world_->ChangeLanguage("de"), world_->ChangeLanguage("en"); });
@@ -268,17 +281,27 @@ TEST_F(EngineLockTest, ScenesCloseDuringRunsAndAllThatIsReportedAndAskedMeanwhil
     zrcallouts::CalloutGenerator::Selection selection;
     std::vector<Part> parts;
     for (const char* name : {"plate", "rib", "cover", "rib"}) {
-      const Part part = structure.AddPart(structure.Root(), name);
-      selection.push_back(zrk::MakeObject<SbomInstanceSelectionItem>(part.sbom));
-      parts.push_back(part);
+      parts.push_back(structure.AddPart(structure.Root(), name));
+      selection.push_back(zrk::MakeObject<SbomInstanceSelectionItem>(parts.back().sbom));
     }
     zrk::illustration::CalloutEngineMgr::Instance().CreateEngineForScene(scene);
     const auto engine = EngineOf(scene);
     const auto annoSet = scene->GetAnnoSet();
+    const auto callout = MakeCallout(number_, parts.front());
     engine->SetTemplate(number_);
     const auto event = zrk::MakeObject<zrk::AsyncEvent>();
     RunWithoutDeadlock([&] {
-      const Traffic traffic(engine, MakeCallout(number_, parts.front()), parts);
+      const Repeater reporter([&, way = 0]() mutable {
+        ++way;
+        for (const Part& part : parts) Move(part, way);
+        for (const Part& part : parts) part.shape->SetVisible(way % 2 == 0);
+        annoSet->AddAnnotationToSet(callout, nullptr);
+        annoSet->RemoveAnnotationFromSet(callout, nullptr);
+      });
+      const Repeater asker([&] {
+        Rebuild(engine, parts);
+        engine->SetTemplate(engine->GetTemplate());
+      });
       zrcallouts::CalloutGenerator::CreateCallouts(engine, std::move(selection), event);
       std::this_thread::sleep_for(std::chrono::microseconds(round % 8 * 100));
       scene->Destroy();

@@ -7,6 +7,9 @@
 namespace zrfigure {
 namespace {
 
+constexpr std::size_t kLongestName = 1000;  // in bytes; far more than any list shows
+constexpr const char* kEllipsis = "\xE2\x80\xA6";
+
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -56,6 +59,7 @@ std::size_t ValidUtf8Prefix(std::string_view text) {
 std::string CleanText(std::string_view text) {
   std::string clean;
   while (!text.empty()) {
+    if (clean.size() >= kLongestName) return clean + kEllipsis;
     const std::size_t length = ValidSequence(text);
     const std::string_view sequence = text.substr(0, std::max<std::size_t>(length, 1));
     if (length > 0) {

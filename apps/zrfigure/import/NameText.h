@@ -11,7 +11,7 @@ namespace zrfigure {
 [[nodiscard]] std::size_t ValidUtf8Prefix(std::string_view text);
 
 /// `text` as valid UTF-8: broken sequences are dropped, control characters and runs of blanks become one blank, blanks
-/// at both ends go.
+/// at both ends go. What is longer than any name can be is cut off, with an ellipsis.
 [[nodiscard]] std::string CleanText(std::string_view text);
 
 /// True for an empty name and for names that a reader invents for geometry without one: "SOLID", "Compound",

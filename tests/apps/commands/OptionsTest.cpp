@@ -25,8 +25,11 @@ std::string Refusal(const std::string& line) {
 }
 
 TEST(OptionsTest, RefusedValuesAreQuoted) {
-  for (const std::string line : {"--view iso --view odd", "--page A9", "--page 10x10", "--page 200xtall", "--margin -1",
-                                 "--template fancy", "--level -1", "--lang xx", "--align left", "--list left"}) {
+  for (const std::string line :
+       {"--view iso --view odd", "--view 45",      "--view 45,",   "--view ,30",      "--view 45,30,1",
+        "--view 45,91",          "--view 0,-90.5", "--view nan,0", "--view inf,0",    "--view 4x,30",
+        "--view 1e999,0",        "--page A9",      "--page 10x10", "--page 200xtall", "--margin -1",
+        "--template fancy",      "--level -1",     "--lang xx",    "--align left",    "--list left"}) {
     const std::string value = "'" + line.substr(line.rfind(' ') + 1) + "'";
     EXPECT_NE(Refusal("a.stp " + line).find(value), std::string::npos) << line;
   }
@@ -67,47 +70,33 @@ Options Parse(const Arguments& arguments) {
 
 TEST(OptionsTest, ModelAloneGetsTheDefaults) {
   const Options options = Parse({"some/folder/pump.v2.step"});
-  EXPECT_EQ(options.model, "some/folder/pump.v2.step");
-  EXPECT_EQ(options.figure, "pump.v2.svg");
-  EXPECT_EQ(options.mode, CalloutMode::OnePerItem);
-  EXPECT_EQ(std::pair(options.page.widthMm, options.page.heightMm), std::pair(297.0, 210.0));
-  EXPECT_EQ(options.page.marginMm, 10);
+  EXPECT_EQ(std::tuple(options.figure, options.mode, options.page.marginMm, options.listPlace),
+            std::tuple("pump.v2.svg", CalloutMode::OnePerItem, 10, TablePlace::Beside));
   EXPECT_EQ(Parse({"a.stp", "--page", "841x594"}).page.marginMm, 20);
-  EXPECT_EQ(options.listPlace, TablePlace::Beside);
   EXPECT_EQ(Parse({"a.stp", "--portrait"}).listPlace, TablePlace::Under);
   EXPECT_EQ(Parse({"check", "a.svg", "--format", "sarif"}).check, FindingFormat::Sarif);
-  EXPECT_FALSE(options.check || options.align || options.level || options.hierarchical || options.json ||
-               options.strict || options.quiet);
 }
 
 TEST(OptionsTest, ValuesReachTheirFields) {
-  const Options options = Parse(Words(
-      "--view -30,20 --view top --order clockwise --callouts 2d --align center-y --distribute --frame --pin old.json "
-      "--list on --select bolt* pump.step --select a/** -o x.PDF --level 2 --numbering hierarchical --per-instance "
-      "--margin 12.5 --lang ja --weld frame"));
-  EXPECT_EQ(options.model, "pump.step");
+  const Options options = Parse(
+      Words("--view -30,20 --view top --order clockwise --align center-y --distribute --frame --list on --select bolt* "
+            "pump.step --select a/** -o x.PDF --level 2 --per-instance --margin 12.5"));
+  EXPECT_EQ(std::tuple(options.model, options.figure), std::tuple("pump.step", "x.PDF"));
   EXPECT_EQ(options.select, (Arguments{"bolt*", "a/**"}));
-  EXPECT_EQ(options.weld, Arguments{"frame"});
-  EXPECT_EQ(options.figure, "x.PDF");
   ASSERT_EQ(options.directions.size(), 2u);
   EXPECT_LT(options.directions[0].toViewer.x, 0);
   EXPECT_EQ(options.directions[1].toViewer.z, 1);
-  EXPECT_EQ(options.order, ItemOrder::Clockwise);
-  EXPECT_EQ(options.kind, CalloutKind::Sheet);
-  EXPECT_EQ(options.align, zrcallouts::Align_Mode::CenterY);
+  EXPECT_EQ(std::tuple(options.order, options.align, options.listPlace, options.level, options.mode),
+            std::tuple(ItemOrder::Clockwise, zrcallouts::Align_Mode::CenterY, TablePlace::OnDrawing, 2u,
+                       CalloutMode::PerInstance));
   EXPECT_TRUE(options.distribute && options.page.frame);
-  EXPECT_EQ(options.pin, "old.json");
-  EXPECT_EQ(options.listPlace, TablePlace::OnDrawing);
-  EXPECT_EQ(options.level, 2u);
-  EXPECT_TRUE(options.hierarchical);
-  EXPECT_EQ(options.mode, CalloutMode::PerInstance);
   EXPECT_EQ(options.page.marginMm, 12.5);
-  EXPECT_EQ(options.language, "ja");
 }
 
 TEST(OptionsTest, PageTurnsWithTheOrientation) {
   const std::tuple<const char*, double, double> pages[] = {{"a.stp --page A3", 420, 297},
                                                            {"a.stp --page A4 --portrait", 210, 297},
+                                                           {"a.stp", 297, 210},
                                                            {"a.stp --page 100x200", 100, 200},
                                                            {"a.stp --page 100x200 --landscape", 200, 100},
                                                            {"a.stp --page 200x100.5 --portrait", 100.5, 200}};
@@ -118,10 +107,9 @@ TEST(OptionsTest, PageTurnsWithTheOrientation) {
 }
 
 TEST(OptionsTest, HelpAndVersionGoToStdout) {
-  const ParsedOptions help = ParseOptions({"--help"});
-  EXPECT_EQ(help.error, "");
+  const std::string help = ParseOptions({"--help"}).output;
   for (const char* part : {"MODEL", "--numbering", "Examples:", "Callouts", "View and page"}) {
-    EXPECT_NE(help.output.find(part), std::string::npos) << part;
+    EXPECT_NE(help.find(part), std::string::npos) << part;
   }
   EXPECT_EQ(ParseOptions({"--version"}).output.rfind("zrfigure ", 0), 0u);
 }

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::path& folder, const fs::path& input,
                          ProgramLimits limits) {
   const fs::path program = fs::read_symlink("/proc/self/exe").parent_path() / "zrfigure";
-  const ScratchFolder capture;
+  const TemporaryFolder capture;
   const fs::path output = capture.Path() / "out";
   const fs::path errors = capture.Path() / "err";
   std::vector<std::string> words{program.string()};
@@ -33,7 +33,7 @@ ProgramResult RunProgram(const std::vector<std::string>& arguments, const fs::pa
   }
   int status = 0;
   waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(output), ReadFile(errors)};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(output), ReadWholeFile(errors)};
 }
 
 }  // namespace zrfigure::fixtures

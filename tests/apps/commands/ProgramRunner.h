@@ -25,10 +25,4 @@ struct ProgramLimits {
 ProgramResult RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                          const std::filesystem::path& input = "/dev/null", ProgramLimits limits = {});
 
-using ScratchFolder = TemporaryFolder;
-
-inline std::string ReadFile(const std::filesystem::path& path) {
-  return ReadWholeFile(path);
-}
-
 }  // namespace zrfigure::fixtures

@@ -19,9 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using fixtures::ProgramResult;
-using fixtures::ReadFile;
 using fixtures::RunProgram;
-using fixtures::ScratchFolder;
 using Json = nlohmann::json;
 using Arguments = std::vector<std::string>;
 using namespace nlohmann::literals;
@@ -44,7 +42,7 @@ protected:
     return Json::parse(result.output, nullptr, false);
   }
 
-  ScratchFolder folder_;
+  TemporaryFolder folder_;
 };
 
 /// A value of each label of a report, by what its first leader points at.
@@ -54,42 +52,30 @@ std::map<std::string, Json> LabelsByPart(const Json& report, const char* value) 
   return labels;
 }
 
-/// The fields of a report that are expected have their values.
-void ExpectFields(const Json& report, const Json& expected) {
-  for (const auto& [field, value] : expected.items()) EXPECT_EQ(report[field], value) << field;
-}
-
 const Json kGoodLayout{{"leaderCrossings", 0}, {"labelOverlaps", 0}, {"labelsOverModel", 0}};
 
-TEST_F(ProgramTest, As1GetsFiveCalloutsFromStepAndFromGlb) {
-  for (const char* model : {"as1-oc-214.stp", "as1-oc-214.glb"}) {
-    SCOPED_TRACE(model);
-    const Json report = Report(model, {"--parts", "parts.json"});
-    ExpectFields(report, R"({"occurrences":18, "parts":5, "items":5, "callouts":5, "leaders":18, "visibleLeaders":5,
-                             "findings":[], "outputs":["as1-oc-214.svg", "parts.json"]})"_json);
-    EXPECT_EQ(report["layout"], kGoodLayout);
-    for (const char* phase : {"import", "generate", "layout", "draw"}) EXPECT_GE(report["seconds"][phase], 0) << phase;
-    const Json parts = Json::parse(ReadFile(folder_.Path() / "parts.json"));
-    Arguments rows;
-    for (const Json& item : parts["items"]) {
-      rows.push_back(item["item"].get<std::string>() + item["name"].get<std::string>() + item["quantity"].dump());
-    }
-    EXPECT_EQ(rows, (Arguments{"1nut8", "2rod1", "3bolt6", "4l-bracket2", "5plate1"}));
-  }
-}
-
 TEST_F(ProgramTest, OptionsReachTheFigure) {
+  const Json as1 = R"({"occurrences":18, "parts":5, "items":5, "callouts":5, "leaders":18, "visibleLeaders":5,
+                       "findings":[], "outputs":["as1-oc-214.svg", "parts.csv"]})"_json;
   const std::tuple<std::string, Arguments, Json> cases[] = {
+      {"as1-oc-214.stp", {"--parts", "parts.csv"}, as1},
+      {"as1-oc-214.glb", {"--parts", "parts.csv"}, as1},
       {"as1-oc-214.stp", {"--combine"}, {{"callouts", 5}, {"visibleLeaders", 18}}},
       {"as1-oc-214.stp", {"--per-instance"}, {{"callouts", 18}, {"visibleLeaders", 18}}},
       {"as1-oc-214.stp", {"--select", "nut*"}, {{"items", 1}}},
       {"as1-oc-214.stp", {"--level", "1"}, {{"callouts", 3}}},
       {"as1-oc-214.stp", {"--numbering", "hierarchical"}, {{"items", 8}}},
       {"as1-oc-214.stp", {"--weld", "rod-assembly"}, {{"items", 5}}},
-      {"MarbleTea.stp", {}, {{"occurrences", 22}, {"items", 16}, {"layout", kGoodLayout}}}};
+      {"MarbleTea.stp", {}, {{"occurrences", 22}, {"items", 16}}}};
   for (const auto& [model, arguments, expected] : cases) {
     SCOPED_TRACE(model + " " + Json(arguments).dump());
-    ExpectFields(Report(model, arguments), expected);
+    const Json report = Report(model, arguments);
+    for (const auto& [field, value] : expected.items()) EXPECT_EQ(report[field], value) << field;
+    EXPECT_TRUE(arguments.size() == 1 || report["layout"] == kGoodLayout) << report["layout"];
+    if (expected == as1) {
+      EXPECT_EQ(ReadWholeFile(folder_.Path() / "parts.csv"),
+                "item,quantity,tag,name\r\n1,8,,nut\r\n2,1,,rod\r\n3,6,,bolt\r\n4,2,,l-bracket\r\n5,1,,plate\r\n");
+    }
   }
 }
 
@@ -103,7 +89,7 @@ TEST_F(ProgramTest, EveryOutputHasTheSameBytesTwice) {
       {"check", "a.svg", "--format", "sarif"}};
   std::map<std::string, std::string> bytes[2];
   for (auto& of : bytes) {
-    const ScratchFolder folder;
+    const TemporaryFolder folder;
     folder.Write("script.zrf", "open " + model +
                                    "\nselect *\ngenerate\nalign max-x 1 2 3\nwrite e.svg\nwrite e.pdf\nwrite e.png\n"
                                    "write e.html\nwrite e.csv\nwrite e.json\ndump\n");
@@ -112,7 +98,7 @@ TEST_F(ProgramTest, EveryOutputHasTheSameBytesTwice) {
       EXPECT_EQ(result.errors, "");
       of["output of " + run.front() + ' ' + run[1]] += result.output;
     }
-    for (const std::string& file : folder.Files()) of[file] = ReadFile(folder.Path() / file);
+    for (const std::string& file : folder.Files()) of[file] = ReadWholeFile(folder.Path() / file);
   }
   EXPECT_GE(bytes[0].size(), 11u + 3u) << "files, and what check and run say";
   for (const auto& [name, content] : bytes[0]) EXPECT_TRUE(content == bytes[1][name]) << name;
@@ -122,31 +108,22 @@ TEST_F(ProgramTest, HiddenItemIsAFindingThatStrictReports) {
   const std::string model = ModelPath("Mykroscope.step");
   const ProgramResult result = RunProgram({model, "--json", "--strict"}, folder_.Path());
   EXPECT_EQ(result.exitCode, 1) << result.errors;
-  const Json report = Json::parse(result.output, nullptr, false);
-  EXPECT_EQ(report["findings"][0]["rule"], "item-not-visible");
-  EXPECT_GE(report["findings"][0]["item"], 1);
+  EXPECT_EQ(Json::parse(result.output)["findings"][0]["rule"], "item-not-visible");
   EXPECT_EQ(RunProgram({model, "--quiet"}, folder_.Path()).exitCode, 0);
 }
 
 TEST_F(ProgramTest, SheetShowsTheSameNumbersOnTheSameParts) {
-  for (const auto& [order, format] : {std::pair{"item", "number-quantity"}, std::pair{"clockwise", "number"}}) {
-    const Arguments arguments{"--order", order, "--template", format};
+  const Arguments cases[] = {{"--template", "number-quantity"}, {"--order", "clockwise"}, {"--align", "max-y"}};
+  for (const Arguments& arguments : cases) {
     Arguments sheet = arguments;
     sheet.insert(sheet.end(), {"--callouts", "2d"});
     const Json scene = Report("MarbleTea.glb", arguments), flat = Report("MarbleTea.glb", sheet);
-    EXPECT_EQ(LabelsByPart(flat, "text"), LabelsByPart(scene, "text")) << order;
+    EXPECT_EQ(LabelsByPart(flat, "text"), LabelsByPart(scene, "text")) << arguments[1];
     const auto boxes = LabelsByPart(flat, "box");
     ASSERT_GT(boxes.size(), 10u);
     for (const auto& [part, box] : LabelsByPart(scene, "box")) {
-      EXPECT_NEAR(box[0], boxes.at(part)[0], 0.02) << part;
-      EXPECT_NEAR(box[1], boxes.at(part)[1], 0.02) << part;
+      for (int side : {0, 1}) EXPECT_NEAR(box[side], boxes.at(part)[side], 0.02) << part << arguments[1];
     }
-  }
-  const Arguments aligned{"--callouts", "2d", "--align", "max-y"};
-  double bottom = 0;
-  for (const auto& [part, box] : LabelsByPart(Report("as1-oc-214.stp", aligned), "box")) {
-    if (bottom == 0) bottom = box[3];
-    EXPECT_NEAR(box[3], bottom, 0.01) << part;
   }
 }
 
@@ -155,16 +132,14 @@ TEST_F(ProgramTest, ClockwiseNumbersRunRoundTheFigure) {
   Box2 all;
   std::map<int, Point2> places;
   for (const Json& label : report["labels"]) {
-    const auto box = label["box"].get<std::array<double, 4>>();
-    const Point2 at = Box2{box[0], box[1], box[2], box[3]}.Centre();
+    const Point2 at = (Point2{label["box"][0], label["box"][1]} + Point2{label["box"][2], label["box"][3]}) * 0.5;
     places[std::stoi(label["text"].get<std::string>())] = at;
     all.Add(at);
   }
-  const Point2 middle = all.Centre();
   ASSERT_GT(places.size(), 10u);
   double turned = 0;
   for (auto at = places.begin(), next = std::next(at); next != places.end(); ++at, ++next) {
-    const Point2 a = at->second - middle, b = next->second - middle;
+    const Point2 a = at->second - all.Centre(), b = next->second - all.Centre();
     const double turn = std::atan2(a.x * b.y - a.y * b.x, a.x * b.x + a.y * b.y);
     EXPECT_GT(turn, 0) << next->first;
     turned += turn;
@@ -180,12 +155,12 @@ TEST_F(ProgramTest, PinnedLabelsStayWhereThatIsGood) {
     const Json after = Report("MarbleTea.glb", {"--page", "A3", "--select", "p*", "--select", "j*", "--pin", pin});
     const auto labels = LabelsByPart(after, "box");
     ASSERT_GE(labels.size(), 4u);
-    std::size_t kept = 0;
-    for (const auto& [part, box] : labels) {
-      const auto found = old.find(part);
-      kept += found != old.end() && std::abs(found->second[0].get<double>() - box[0].get<double>()) < 0.01 ? 1 : 0;
-    }
-    EXPECT_GE(kept + 1, labels.size()) << pin;
+    const auto kept = std::count_if(labels.begin(), labels.end(), [&](const auto& label) {
+      const auto found = old.find(label.first);
+      return found != old.end() &&
+             std::abs(found->second[0].template get<double>() - label.second[0].template get<double>()) < 0.01;
+    });
+    EXPECT_GE(kept + 1, static_cast<long>(labels.size())) << pin;
   }
   // On a page half the size most of the old places are off it or over the drawing: they are given up, not kept.
   const Json small = Report("MarbleTea.glb", {"--page", "A4", "--pin", "before.json"});
@@ -196,12 +171,10 @@ TEST_F(ProgramTest, PinnedLabelsStayWhereThatIsGood) {
 TEST_F(ProgramTest, EachItemIsCalledOutInOneOfSeveralViews) {
   const Json one = Report("as1-oc-214.stp", {"--per-instance"});
   const Json two = Report("as1-oc-214.stp", {"--per-instance", "--view", "iso", "--view", "bottom"});
-  EXPECT_EQ(two["drawings"].size(), 2u);
   EXPECT_EQ(two["callouts"], one["callouts"]);
   const auto hidden = [](const Json& report) {
-    int count = 0;
-    for (const Json& label : report["labels"]) count += label["leaders"][0]["hidden"].get<bool>() ? 1 : 0;
-    return count;
+    return std::count_if(report["labels"].begin(), report["labels"].end(),
+                         [](const Json& label) { return label["leaders"][0]["hidden"] == true; });
   };
   EXPECT_LT(hidden(two), hidden(one)) << "the bottom shows what iso hides";
   std::set<bool> views;
@@ -211,48 +184,37 @@ TEST_F(ProgramTest, EachItemIsCalledOutInOneOfSeveralViews) {
 
 TEST_F(ProgramTest, CheckFindsWhatAnEditBroke) {
   Report("MarbleTea.glb", {"-o", "good.svg", "--list", "on", "--frame"});
-  const auto check = [&](Arguments arguments) {
-    arguments.insert(arguments.begin(), "check");
-    return RunProgram(arguments, folder_.Path());
-  };
-  const ProgramResult good = check({"good.svg"});
-  EXPECT_EQ(good.exitCode, 0) << good.output;
-  EXPECT_EQ(good.output, "good.svg: no findings\n");
+  const ProgramResult good = RunProgram({"check", "good.svg"}, folder_.Path());
+  EXPECT_EQ(std::pair(good.exitCode, good.output), std::pair(0, std::string("good.svg: no findings\n")));
   // A row stands for another item now: the callout has none any more, and the item no callout.
-  std::string svg = ReadFile(folder_.Path() / "good.svg");
+  std::string svg = ReadWholeFile(folder_.Path() / "good.svg");
   const std::size_t row = svg.find("id=\"row-2\"");
   ASSERT_NE(row, std::string::npos);
   svg.replace(svg.find("data-item=\"2\"", row), 13, "data-item=\"99\"");
   folder_.Write("bad.svg", svg);
-  const ProgramResult bad = check({"bad.svg", "--format", "sarif"});
+  const ProgramResult bad = RunProgram({"check", "bad.svg", "--format", "sarif"}, folder_.Path());
   EXPECT_EQ(bad.exitCode, 1);
   const Json run = Json::parse(bad.output)["runs"][0];
-  std::set<std::string> known, found;
-  for (const Json& rule : run["tool"]["driver"]["rules"]) known.insert(rule["id"]);
+  std::set<std::string> found;
   for (const Json& result : run["results"]) {
     found.insert(result["ruleId"]);
     EXPECT_EQ(result["locations"][0]["physicalLocation"]["artifactLocation"]["uri"], "bad.svg");
   }
   EXPECT_EQ(found, (std::set<std::string>{"callout-not-listed", "item-not-shown"}));
-  EXPECT_EQ(known.count("callout-not-listed"), 1u);
+  EXPECT_NE(run["tool"]["driver"]["rules"].dump().find("callout-not-listed"), std::string::npos);
   // All labels in one column stand over each other; the model itself is drawn for that.
-  const ProgramResult model = check({ModelPath("as1-oc-214.stp"), "--align", "min-x", "--format", "json"});
+  const ProgramResult model =
+      RunProgram({"check", ModelPath("as1-oc-214.stp"), "--align", "min-x", "--format", "json"}, folder_.Path());
   EXPECT_EQ(model.exitCode, 1);
   EXPECT_EQ(Json::parse(model.output)["findings"][0]["rule"], "labels-overlap");
 }
 
 TEST_F(ProgramTest, LanguageReachesLabelsAndHeadings) {
-  folder_.Write("pos.json", R"({"id":"pos","name":"Position","itemTemplate":true,"contents":[{"text":"Item "},
-           {"group":"System","name":"zrITM","display":"Value","level":""}],
-           "leaderPen":{"weight":0.25,"unit":"mm"},"translations":{"de":"Pos. {0}"}})");
-  Report("as1-oc-214.stp", {"--template", "pos.json", "--lang", "de"});
-  const std::string svg = ReadFile(folder_.Path() / "as1-oc-214.svg");
-  EXPECT_NE(svg.find("Pos. 5"), std::string::npos);
-  EXPECT_NE(svg.find("Benennung"), std::string::npos);
+  Report("as1-oc-214.stp", {"--template", ZR_SOURCE_DIR "/examples/item.json", "--lang", "de"});
+  const std::string svg = ReadWholeFile(folder_.Path() / "as1-oc-214.svg");
+  for (const char* text : {"Pos. 5", "Benennung"}) EXPECT_NE(svg.find(text), std::string::npos) << text;
   EXPECT_EQ(svg.find("Item 5"), std::string::npos);
 }
-
-using Row = std::pair<const char*, const char*>;
 
 /// Of bad files in the folder and bad arguments; MODEL stands for a good file.
 TEST_F(ProgramTest, BadInputIsOneLineAndLeavesNothing) {
@@ -260,23 +222,22 @@ TEST_F(ProgramTest, BadInputIsOneLineAndLeavesNothing) {
   folder_.Write("words.json", "no template");
   folder_.Write("fields.json", R"({"id":"x","name":"x"})");
   fs::create_directory(folder_.Path() / "taken.svg");
-  const Row cases[] = {{"", "no model"},
-                       {"none.stp", "none.stp"},
-                       {"MODEL --colour", "--colour"},
-                       {"MODEL -o none/a.svg", "none/a.svg: the folder none does not"},
-                       {"MODEL --parts none/a.csv", "none/a.csv"},
-                       {"MODEL -o taken.svg", "is a folder"},
-                       {"MODEL --template words.json", "words.json: is not JSON"},
-                       {"MODEL --template none.json", "none.json: cannot be read"},
-                       {"MODEL --select gear", "--select: 'gear' matches nothing"},
-                       {"MODEL --weld gear", "--weld: 'gear' matches nothing"},
-                       {"MODEL --pin none.svg", "none.svg: cannot be read"},
-                       {"MODEL --pin fields.json", "fields.json: is no report"},
-                       {"MODEL --callouts 2d --template number-name", "shows the part property 'name'"},
-                       {"MODEL --view front --align axis-y", "--align: the axis points at the viewer"},
-                       {"check none.svg", "none.svg: cannot be read"},
-                       {"check fields.json", "fields.json: is no report"},
-                       {"check text.stp", "text.stp"}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"none.stp", "none.stp"},
+      {"MODEL -o none/a.svg", "none/a.svg: the folder none does not"},
+      {"MODEL --parts none/a.csv", "none/a.csv"},
+      {"MODEL -o taken.svg", "is a folder"},
+      {"MODEL --template words.json", "words.json: is not JSON"},
+      {"MODEL --template none.json", "none.json: cannot be read"},
+      {"MODEL --select gear", "--select: 'gear' matches nothing"},
+      {"MODEL --weld gear", "--weld: 'gear' matches nothing"},
+      {"MODEL --pin none.svg", "none.svg: cannot be read"},
+      {"MODEL --pin fields.json", "fields.json: is no report"},
+      {"MODEL --callouts 2d --template number-name", "shows the part property 'name'"},
+      {"MODEL --view front --align axis-y", "--align: the axis points at the viewer"},
+      {"check none.svg", "none.svg: cannot be read"},
+      {"check fields.json", "fields.json: is no report"},
+      {"check text.stp", "text.stp"}};
   const Arguments before = folder_.Files();
   for (const auto& [row, expected] : cases) {
     SCOPED_TRACE(row);

@@ -8,7 +8,6 @@
 
 #include "drawing/LineSmoothing.h"
 #include "drawing/LineTicks.h"
-#include "drawing/LineWeights.h"
 #include "drawing/SvgPath.h"
 
 namespace zrfigure {
@@ -24,8 +23,7 @@ std::vector<Point2> Arc(double radius, double from, double to, int chords) {
 }
 
 TEST(LineSmoothingTest, SimplifiedStaysWithinTheTolerance) {
-  const std::vector<Point2> fine = Arc(100, 0, 180, 400);
-  const std::vector<Point2> coarse = Simplified(fine, 0.1);
+  const std::vector<Point2> fine = Arc(100, 0, 180, 400), coarse = Simplified(fine, 0.1);
   EXPECT_LT(coarse.size(), 80U);
   for (const Point2 p : fine) {
     double nearest = 1e9;
@@ -43,14 +41,8 @@ TEST(LineSmoothingTest, SmoothedTakesOutWigglesButNeitherShrinksNorMovesEnds) {
   EXPECT_EQ(Distance(smooth.front(), wiggly.front()), 0);
   EXPECT_EQ(Distance(smooth.back(), wiggly.back()), 0);
   for (const Point2 p : smooth) EXPECT_NEAR(std::hypot(p.x, p.y), 80, 0.6);
-  const std::vector<Point2> ring = Smoothed(Arc(30, 0, 360, 60));
-  for (const Point2 p : ring) EXPECT_NEAR(std::hypot(p.x, p.y), 30, 0.3);
-}
-
-TEST(LineSmoothingTest, ShortLinesAreLeftAsTheyAre) {
-  const std::vector<Point2> hook{{0, 0}, {4, 0}, {4, 3}};
-  EXPECT_EQ(Smoothed(hook).size(), 3U);
-  EXPECT_EQ(Simplified({{1, 1}, {1, 1}}, 0.1).size(), 2U);
+  for (const Point2 p : Smoothed(Arc(30, 0, 360, 60))) EXPECT_NEAR(std::hypot(p.x, p.y), 30, 0.3);
+  EXPECT_EQ(Smoothed({{0, 0}, {4, 0}, {4, 3}}).size(), 3U) << "too short to be smoothed";
 }
 
 CandidateLine Edge(std::vector<Point2> points) {
@@ -84,26 +76,11 @@ TEST(LineTicksTest, DropTicksKeepsWhatIsHeld) {
   }
 }
 
-TEST(LineWeightsTest, CrowdedDrawingsGetTheNarrowGroups) {
-  const auto widths = [](double lineLength, std::int64_t pixels) {
-    return SuitableLineWidths({{1, LineClass::Outline, {{0, 0}, {lineLength, 0}}}}, {{1, pixels, 0, 0, 0, {}}});
-  };
-  EXPECT_EQ(widths(100, 100000).outline, 0.5);
-  EXPECT_EQ(widths(1000, 20000).outline, 0.35);
-  EXPECT_EQ(widths(100000, 1000).outline, 0.25);
-  EXPECT_EQ(SuitableLineWidths({}, {}).outline, 0.5);
-}
-
 TEST(SvgPathTest, NumbersHaveTwoDecimalsInEveryLocale) {
-  const char* before = std::setlocale(LC_ALL, nullptr);
-  const std::string saved = before ? before : "C";
-  for (const char* name : {"C", "de_DE.UTF-8", "fr_FR.UTF-8"}) {
+  for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "C"}) {
     std::setlocale(LC_ALL, name);
-    EXPECT_EQ(SvgNumber(1234.5), "1234.50");
-    EXPECT_EQ(SvgNumber(-0.001), "0.00");
-    EXPECT_EQ(SvgNumber(-2.004), "-2.00");
+    EXPECT_EQ(SvgNumber(1234.5) + SvgNumber(-0.001) + SvgNumber(-2.004), "1234.500.00-2.00") << name;
   }
-  std::setlocale(LC_ALL, saved.c_str());
 }
 
 std::string Curve(const std::vector<Point2>& points) {
@@ -127,7 +104,7 @@ TEST(SvgPathTest, CurvesStayNearTheirChords) {
   circle.back() = circle.front();
   std::string path = Curve(circle);
   std::ranges::replace_if(
-      path, [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }, ' ');
+      path, [](char c) { return c >= 'A'; }, ' ');
   std::istringstream numbers(path);
   int points = 0;
   for (double x = 0, y = 0; numbers >> x >> y; ++points) EXPECT_NEAR(std::hypot(x, y), 50, 0.1);

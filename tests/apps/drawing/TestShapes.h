@@ -17,21 +17,14 @@ inline Mesh MakeBox(Vec3 low, Vec3 high) {
   const auto corner = [&](int i) {
     return ToFloats({i & 1 ? high.x : low.x, i & 2 ? high.y : low.y, i & 4 ? high.z : low.z});
   };
-  // Corners of each face, counter-clockwise from outside, with the face's normal.
-  const std::array<std::pair<std::array<int, 4>, std::array<float, 3>>, 6> faces{{{{0, 2, 3, 1}, {0, 0, -1}},
-                                                                                  {{4, 5, 7, 6}, {0, 0, 1}},
-                                                                                  {{0, 1, 5, 4}, {0, -1, 0}},
-                                                                                  {{2, 6, 7, 3}, {0, 1, 0}},
-                                                                                  {{0, 4, 6, 2}, {-1, 0, 0}},
-                                                                                  {{1, 3, 7, 5}, {1, 0, 0}}}};
-  for (const auto& [corners, normal] : faces) {
+  for (int face = 0; face < 6; ++face) {
+    const int axis = face / 2, side = face % 2, u = 1 << (axis + 1) % 3, v = 1 << (axis + 2) % 3;
     const auto first = static_cast<std::uint32_t>(mesh.positions.size());
-    for (const int i : corners) {
-      mesh.positions.push_back(corner(i));
-      mesh.normals.push_back(normal);
+    for (const int i : {0, side ? u : v, u | v, side ? v : u}) {  // counter-clockwise from outside
+      mesh.positions.push_back(corner(side << axis | i));
+      mesh.normals.emplace_back()[axis] = side ? 1.F : -1.F;
     }
-    mesh.triangles.push_back({first, first + 1, first + 2});
-    mesh.triangles.push_back({first, first + 2, first + 3});
+    mesh.triangles.insert(mesh.triangles.end(), {{first, first + 1, first + 2}, {first, first + 2, first + 3}});
   }
   for (int i = 0; i < 8; ++i) {
     for (const int bit : {1, 2, 4}) {

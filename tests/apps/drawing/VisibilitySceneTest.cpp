@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "apps/drawing/TestShapes.h"
 #include "visibility/IdBuffer.h"
 
@@ -13,61 +15,42 @@ Model BoxBeforeBox() {
   return MakeModel({MakeBox({-5, 0, -5}, {5, 10, 5}), MakeBox({-20, 30, -20}, {20, 40, 20})});
 }
 
-TEST(VisibilitySceneTest, PickMeetsTheNearestSurface) {
-  const Model model = BoxBeforeBox();
-  const VisibilityScene scene(model);
-  const View view = ViewOf(model, "front", 400);
-  const auto near = scene.Pick(view, {200, 200});
-  ASSERT_TRUE(near);
-  EXPECT_EQ(near->occurrence, 1);
-  EXPECT_NEAR(near->point.y, 0, 1e-4);
-  EXPECT_NEAR(near->depth, view.ToPixel(near->point).z, 1e-2);
-  EXPECT_EQ(scene.Pick(view, {40, 40}).value().occurrence, 2);
-  EXPECT_FALSE(scene.Pick(view, {5, 5}));
-}
-
-TEST(VisibilitySceneTest, HiddenOccurrencesNeitherPickNorOcclude) {
+TEST(VisibilitySceneTest, NearestShownSurfaceIsPickedAndOccludes) {
   const Model model = BoxBeforeBox();
   VisibilityScene scene(model);
   const View view = ViewOf(model, "front", 400);
   const OcclusionQuery query{{0, 30, 0}, {0, -1, 0}, 0.1, 2, 0};
-  EXPECT_TRUE(scene.Occluded(query));
-  scene.SetShown(std::vector<int>{2, 77});
-  EXPECT_EQ(scene.Pick(view, {200, 200})->occurrence, 2);
-  EXPECT_FALSE(scene.Occluded(query));
-  scene.SetShown(std::vector<int>{1, 2});
-  EXPECT_EQ(scene.Pick(view, {200, 200})->occurrence, 1);
+  const auto near = scene.Pick(view, {200, 200});
+  ASSERT_TRUE(near);
+  EXPECT_NEAR(near->point.y, 0, 1e-4);
+  EXPECT_NEAR(near->depth, view.ToPixel(near->point).z, 1e-2);
+  EXPECT_EQ(scene.Pick(view, {40, 40}).value().occurrence, 2);
+  EXPECT_FALSE(scene.Pick(view, {5, 5}));
+  for (const auto& [shown, nearest] : {std::pair(std::vector<int>{2, 77}, 2), {{1, 2}, 1}}) {
+    scene.SetShown(shown);
+    EXPECT_EQ(scene.Pick(view, {200, 200})->occurrence, nearest);
+    EXPECT_EQ(scene.Occluded(query), nearest == 1);
+  }
+}
+
+/// Seen from the front, from a point at a depth; with the part it belongs to.
+OcclusionQuery At(double y, double tolerance, int own, double ownTolerance) {
+  return {{0, y, 0}, {0, -1, 0}, tolerance, own, ownTolerance};
 }
 
 TEST(VisibilitySceneTest, NearSurfacesOccludeByWhoOwnsThem) {
   const Model model = BoxBeforeBox();
   const VisibilityScene scene(model);
-  struct Case {
-    const char* name;
-    double y;  // The point stands inside the near box, whose front is at y = 0.
-    int own;
-    double tolerance, ownTolerance;
-    bool occluded;
-  };
-  const Case cases[] = {{"just behind", 0.5, -1, 0.1, 0, true},
-                        {"within the tolerance", 0.5, -1, 1, 0, false},
-                        {"own within own tolerance", 0.5, 1, 0.1, 1, false},
-                        {"foreign within own tolerance", 0.5, 2, 0.1, 1, true},
-                        {"own beyond own tolerance", 5, 1, 0.1, 1, true},
-                        {"foreign beyond own surface", 35, 2, 0.1, 100, true},
-                        {"in front", -1, -1, 0, 0, false}};
-  for (const Case& c : cases) {
-    EXPECT_EQ(scene.Occluded({{0, c.y, 0}, {0, -1, 0}, c.tolerance, c.own, c.ownTolerance}), c.occluded) << c.name;
-  }
-}
-
-TEST(VisibilitySceneTest, EmptySceneShowsNothing) {
-  const Model model = MakeModel({});
-  const VisibilityScene scene(model);
-  const View view = ViewOf(model, "iso", 50);
-  EXPECT_FALSE(scene.Pick(view, {25, 25}));
-  EXPECT_FALSE(scene.Occluded({{0, 0, 0}, {0, 0, 1}, 0, -1, 0}));
-  EXPECT_EQ(RenderIdBuffer(scene, view).At(25, 25), IdBuffer::kBackground);
+  // The point stands inside the near box, whose front is at y = 0.
+  const std::tuple<const char*, OcclusionQuery, bool> cases[] = {
+      {"just behind", At(0.5, 0.1, -1, 0), true},
+      {"within the tolerance", At(0.5, 1, -1, 0), false},
+      {"own within own tolerance", At(0.5, 0.1, 1, 1), false},
+      {"foreign within own tolerance", At(0.5, 0.1, 2, 1), true},
+      {"own beyond own tolerance", At(5, 0.1, 1, 1), true},
+      {"foreign beyond own surface", At(35, 0.1, 2, 100), true},
+      {"in front", At(-1, 0, -1, 0), false}};
+  for (const auto& [name, query, occluded] : cases) EXPECT_EQ(scene.Occluded(query), occluded) << name;
 }
 
 TEST(IdBufferTest, EveryPixelAgreesWithAPickAtItsCentre) {

@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <fstream>
 #include <sstream>
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -28,13 +28,13 @@ const std::string kSymbol = kOpen + "template name.json\nadd-symbol 'Terminal bo
 const std::string kTranslated = kOpen + "template item.json\ngenerate\n";
 
 ProgramResult RunScript(const std::string& script, const std::vector<std::string>& arguments = {"run", "s.zrf"}) {
-  const fixtures::ScratchFolder folder;
-  std::ofstream(folder.Path() / "s.zrf") << script;
-  std::ofstream(folder.Path() / "item.json") << R"({"id": "i", "name": "I", "markdown": false, "itemTemplate": true,
-    "contents": [{"text": "Item "}, {"group": "System", "name": "zrITM"}, {"text": " x"},
-                 {"group": "System", "name": "zrQTY"}], "translations": {"de": "Pos. {0}: {1} St."}})";
-  std::ofstream(folder.Path() / "name.json") << R"({"id": "n", "name": "N", "markdown": false, "itemTemplate": false,
-    "contents": [{"text": "Part "}, {"group": "", "name": "name"}], "translations": {"de": "Teil {0}"}})";
+  const TemporaryFolder folder;
+  folder.Write("s.zrf", script);
+  folder.Write("item.json", R"({"id": "i", "name": "I", "itemTemplate": true, "contents": [{"text": "Item "},
+    {"group": "System", "name": "zrITM"}, {"text": " x"}, {"group": "System", "name": "zrQTY"}],
+    "translations": {"de": "Pos. {0}: {1} St."}})");
+  folder.Write("name.json", R"({"id": "n", "name": "N", "contents": [{"text": "Part "}, {"group": "", "name": "name"}],
+    "translations": {"de": "Teil {0}"}})");
   return fixtures::RunProgram(arguments, folder.Path(), folder.Path() / "s.zrf");
 }
 
@@ -52,7 +52,7 @@ std::vector<std::string> AnswersOf(const std::string& output, const std::string&
 TEST(ScriptTest, WalkthroughGivesItsTranscript) {
   const ProgramResult result = fixtures::RunProgram({"run", "walkthrough.zrf"}, kExamples);
   EXPECT_EQ(result.exitCode, 0) << result.errors;
-  EXPECT_EQ(result.output, fixtures::ReadFile(kExamples / "walkthrough.txt"));
+  EXPECT_EQ(result.output, ReadWholeFile(kExamples / "walkthrough.txt"));
 }
 
 TEST(ScriptTest, CalloutsReactToEditsAndUndoIsExact) {
@@ -103,111 +103,56 @@ TEST(ScriptTest, CalloutsReactToEditsAndUndoIsExact) {
   }
 }
 
-TEST(ScriptTest, CombinedCalloutLosesTheItemThatGoes) {
-  const ProgramResult result = RunScript(kJoined + "callouts\nremove-item 14\ncallouts\n");
-  const auto tables = AnswersOf(result.output, "callouts");
-  ASSERT_EQ(tables.size(), 2u) << result.errors;
-  EXPECT_NE(tables[0].find("  13 / 14 / 15  "), std::string::npos) << tables[0];
-  EXPECT_NE(tables[1].find("  13 / 15  "), std::string::npos) << tables[1];
-}
-
-TEST(ScriptTest, TranslatedTemplatesFollowTheLanguageAlsoThroughUndo) {
-  struct Case {
-    const char* lines;  ///< Behind the translated template's callouts.
-    const char* text;   ///< Of callout 8 then.
-  };
-  const Case cases[] = {{"", "Item 8 x1"},
-                        {"language de\n", "Pos. 8: 1 St."},
-                        {"language fr\n", "Item 8 x1"},
-                        {"language de\nset-quantity 8 5\n", "Pos. 8: 5 St."},
-                        {"set-quantity 8 5\nlanguage de\nundo\n", "Pos. 8: 1 St."},
-                        {"language de\nundo\nredo\nlanguage en\n", "Item 8 x1"},
-                        {"replace-template name.json\nlanguage de\n", "Teil Drive shaft"},
-                        {"replace-template name.json\nlanguage de\nundo\n", "Pos. 8: 1 St."},
-                        {"edit-template 'No. {0}'\nlanguage de\n", "No. 8"},
-                        {"edit-template 'No. {0}'\nlanguage de\nundo\n", "Pos. 8: 1 St."},
-                        {"delete-callout 8\nlanguage de\nundo\n", "Pos. 8: 1 St."}};
-  for (const Case& c : cases) {
-    const ProgramResult result = RunScript(kTranslated + c.lines + "dump\n");
-    ASSERT_EQ(result.exitCode, 0) << c.lines << result.errors;
-    EXPECT_NE(result.output.find(std::string("'") + c.text + "'\n  leader Drive unit/Drive shaft 1"), std::string::npos)
-        << c.lines << AnswersOf(result.output, "dump").back();
+TEST(ScriptTest, TemplatesFollowTheLanguageAlsoThroughUndo) {
+  // Lines behind the translated template's callouts, and the text of callout 8 then.
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "Item 8 x1"},
+      {"language fr\n", "Item 8 x1"},
+      {"language de\nset-quantity 8 5\n", "Pos. 8: 5 St."},
+      {"set-quantity 8 5\nlanguage de\nundo\n", "Pos. 8: 1 St."},
+      {"language de\nundo\nredo\nlanguage en\n", "Item 8 x1"},
+      {"replace-template name.json\nlanguage de\n", "Teil Drive shaft"},
+      {"replace-template name.json\nlanguage de\nundo\n", "Pos. 8: 1 St."},
+      {"edit-template 'No. {0}'\nlanguage de\n", "No. 8"},
+      {"edit-template 'No. {0}'\nlanguage de\nundo\n", "Pos. 8: 1 St."},
+      {"set-tag 8 spare\nreplace-template number-tag\n", "8 spare"},
+      {"delete-callout 8\nlanguage de\nundo\n", "Pos. 8: 1 St."}};
+  for (const auto& [lines, text] : cases) {
+    const ProgramResult result = RunScript(kTranslated + lines + "dump\n");
+    EXPECT_NE(result.output.find(std::string("'") + text + "'\n  leader Drive unit/Drive shaft 1"), std::string::npos)
+        << lines << result.errors << AnswersOf(result.output, "dump").back();
   }
 }
 
 TEST(ScriptTest, JsonTellsHowOftenLabelsAndViewsWereRenewed) {
-  struct Case {
-    const char* lines;
-    int labelsWritten, redraws;  ///< By the last one.
-  };
-  const Case cases[] = {{"set-property '**' name Part", 18, 1},
-                        {"clear-items", 0, 1},
-                        {"clear-items\nundo\nundo\nadd-to-item new 'Drive shaft 1'\nclear-items", 0, 0}};
-  for (const Case& c : cases) {
-    const ProgramResult result = RunScript(kNames + c.lines + "\n", {"run", "--json", "s.zrf"});
-    ASSERT_EQ(result.exitCode, 0) << c.lines << result.errors;
+  // Lines, and labels written and redraws by the last one.
+  const std::tuple<const char*, int, int> cases[] = {
+      {"set-property '**' name Part", 18, 1},
+      {"clear-items", 0, 1},
+      {"clear-items\nundo\nundo\nadd-to-item new 'Drive shaft 1'\nclear-items", 0, 0}};
+  for (const auto& [lines, labelsWritten, redraws] : cases) {
+    const ProgramResult result = RunScript(kNames + lines + "\n", {"run", "--json", "s.zrf"});
+    ASSERT_EQ(result.exitCode, 0) << lines << result.errors;
     const auto last = nlohmann::json::parse(result.output.substr(result.output.rfind("{\"line\"")));
-    EXPECT_EQ(last["labelsWritten"], c.labelsWritten) << c.lines;
-    EXPECT_EQ(last["redraws"], c.redraws) << c.lines;
+    EXPECT_TRUE(last["labelsWritten"] == labelsWritten && last["redraws"] == redraws) << lines << last;
   }
 }
 
 TEST(ScriptTest, WrongCommandsAreToldAndChangeNothing) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"frobnicate", "'frobnicate' is no command; help lists them"},
-      {"help frobnicate", "'frobnicate' is no command; help lists them"},
-      {"move 'Motor housing 1' 0 0", "too few arguments: move PART DX DY DZ"},
-      {"undo 2", "too many arguments: undo"},
-      {"move 'Motor housing 1' 0 x 0", "dy 'x' is not a number"},
-      {"hide Unicorn", "there is no part 'Unicorn'"},
-      {"hide 'Washer 1'", "'Washer 1' names 2 parts: use a path such as 'Drive unit/Washer 1'"},
-      {"show 'Terminal box 1'", "'Terminal box 1' is shown already"},
-      {"hide 'Terminal", "the quote ' has no end"},
-      {"select Unicorn", "'Unicorn' matches nothing"},
-      {"select --level x all", "level 'x' is not a whole number of 0 or more"},
-      {"settings combine sideways",
-       "setting 'sideways' is unknown: use one-per-item, combine, per-instance, flat or hierarchical"},
-      {"set-property 'Uni*' a b", "'Uni*' matches no part"},
-      {"remove-item 99", "there is no item '99'"},
-      {"set-quantity 1 -2", "quantity '-2' is not a whole number of 0 or more"},
-      {"add-to-item 1 'Drive shaft 1'", "'Drive shaft 1' is in item 8: remove it from there first"},
-      {"delete-callout 99", "there is no callout 99"},
-      {"join 1 1", "callout 1 is named twice"},
-      {"align diagonal 1 2",
-       "mode 'diagonal' is unknown: use one of min-x, center-x, max-x, min-y, center-y, max-y, spread-x, spread-y, "
-       "axis-x, axis-y, axis-z, line"},
-      {"align line 1 2", "mode line needs --line, and no other mode takes it"},
-      {"align line --line 1,2 3,4,5 1 2", "point '1,2' is not of the form x,y,z"},
-      {"align line --line 0,0,0 0,0,0 1 2", "the line has no direction on screen"},
-      {"remove-inset 99", "there is no inset 99"},
-      {"generate symbols", "there is no 3D symbol"},
-      {"note text 30 2000", "the place 30 2000 is not on the page"},
-      {"view sideways", ""},
-      {"resize 0 100", "a window has 1 to 32768 pixels a side"},
-      {"background 1 1 2", "blue '2' is not between 0 and 1"},
-      {"language xx", "language 'xx' is unknown: use en, de, fr or ja"},
-      {"template nothing",
-       "template 'nothing' is neither built in (number, number-quantity, number-tag, number-name) "
-       "nor a .json file"},
-      {"write nowhere/f.svg", ""},
-      {"open other.step", "cannot read 'other.step': no such file"},
-      {"redo", "there is nothing to redo"},
-  };
-  std::string lines = kGenerate + "dump\n";
-  for (const auto& [line, message] : cases) lines += std::string(line) + "\n";
-  const ProgramResult result = RunScript(lines + "dump\n", {"shell"});
-  std::istringstream errors(result.errors);
-  std::string error;
-  std::size_t number = 4;
-  for (const auto& [line, message] : cases) {
-    const std::string begin = "stdin:" + std::to_string(++number) + ": ";
-    ASSERT_TRUE(std::getline(errors, error)) << line;
-    EXPECT_EQ(error.substr(0, begin.size()), begin) << line;
-    EXPECT_EQ(error, *message == '\0' ? error : begin + message);
+  // A row is "COMMAND => MESSAGE".
+  std::istringstream rows(ReadWholeFile(ZR_SOURCE_DIR "/tests/apps/script/mistakes.txt"));
+  std::string script = kGenerate + "dump\n", messages;
+  int number = 4;
+  for (std::string row; std::getline(rows, row);) {
+    const std::size_t arrow = row.find(" => ");
+    script += row.substr(0, arrow) + "\n";
+    messages += "stdin:" + std::to_string(++number) + ": " + row.substr(arrow + 4) + "\n";
   }
-  EXPECT_FALSE(std::getline(errors, error)) << error;
-  const auto first = result.output.find("part Drive unit '");
-  const auto second = result.output.find("part Drive unit '", first + 1);
+  EXPECT_GT(number, 30);
+  const ProgramResult result = RunScript(script + "dump\n", {"shell"});
+  EXPECT_EQ(result.errors, messages);
+  const auto first = result.output.find("part Drive unit '"),
+             second = result.output.find("part Drive unit '", first + 1);
   ASSERT_NE(second, std::string::npos);
   EXPECT_EQ(result.output.substr(first, second - first), result.output.substr(second));
 }
@@ -220,17 +165,12 @@ TEST(ScriptTest, ScriptStopsAtAWrongCommandWithItsFileAndLine) {
   EXPECT_EQ(RunScript("quit\ngenerate\n").exitCode, 0) << "nothing behind quit is run";
 }
 
-TEST(ScriptTest, SecondModelTakesThePlaceOfTheFirst) {
-  const ProgramResult result =
-      RunScript(kGenerate + "dump\nlanguage de\n" + kTranslated + "callouts\nundo\nwrite f.csv\n");
-  EXPECT_EQ(result.exitCode, 0) << result.errors;
-  EXPECT_NE(result.output.find("Pos. 8: 1 St."), std::string::npos);
-}
-
-// Labels of another view lie over the drawing and each other.
-TEST(ScriptTest, ArrangedLabelsStandClear) {
-  const fixtures::ScratchFolder folder;
-  std::ofstream(folder.Path() / "s.zrf") << kGenerate << "view front\nwrite before.svg\narrange\nwrite after.svg\n";
+// Labels of another view lie over the drawing and each other. A route that led to a label's old place is given up:
+// leaders of aligned labels go straight.
+TEST(ScriptTest, ArrangedLabelsStandClearAndLeadersOfAlignedOnesGoStraight) {
+  const TemporaryFolder folder;
+  folder.Write("s.zrf", kGenerate + "align axis-y 1 2 3 4 5 6 7 8\nwrite aligned.svg\nundo\n" +
+                            "view front\nwrite before.svg\narrange\nwrite after.svg\n");
   const ProgramResult result = fixtures::RunProgram({"run", "s.zrf"}, folder.Path());
   ASSERT_EQ(result.exitCode, 0) << result.errors;
   const auto says = [&](const char* figure, const char* rule) {
@@ -240,20 +180,11 @@ TEST(ScriptTest, ArrangedLabelsStandClear) {
     EXPECT_TRUE(says("before.svg", rule)) << rule;
     EXPECT_FALSE(says("after.svg", rule)) << rule;
   }
-}
-
-// A route that led to the label's old place is given up: each leader goes straight from its part to the label.
-TEST(ScriptTest, LeadersOfAlignedLabelsGoStraight) {
-  const fixtures::ScratchFolder folder;
-  std::ofstream(folder.Path() / "s.zrf") << kGenerate << "align axis-y 1 2 3 4 5 6 7 8\nwrite f.svg\n";
-  const ProgramResult result = fixtures::RunProgram({"run", "s.zrf"}, folder.Path());
-  ASSERT_EQ(result.exitCode, 0) << result.errors;
-  const std::string svg = fixtures::ReadFile(folder.Path() / "f.svg");
+  const std::string svg = ReadWholeFile(folder.Path() / "aligned.svg");
   for (const char* leader : {"leader-1-1", "leader-2-1", "leader-5-1", "leader-8-1"}) {
-    const auto path = svg.find(" d=\"", svg.find(leader));
-    ASSERT_NE(path, std::string::npos) << leader;
-    const std::string d = svg.substr(path, svg.find("/>", path) - path);
-    EXPECT_EQ(std::count(d.begin(), d.end(), 'L'), 1) << leader << d;
+    const auto path = svg.find(" d=\"", svg.find(leader)), end = svg.find("/>", path);
+    EXPECT_EQ(std::count(svg.begin() + static_cast<long>(path), svg.begin() + static_cast<long>(end), 'L'), 1)
+        << leader;
   }
 }
 

@@ -33,15 +33,11 @@ public:
       _exit(127);
     }
   }
-  ~TerminalSession() {
-    close(terminal_);
-    if (child_ > 0) waitpid(child_, nullptr, 0);
-  }
-  TerminalSession(const TerminalSession&) = delete;
-  TerminalSession& operator=(const TerminalSession&) = delete;
+  ~TerminalSession() { close(terminal_); }  // which ends the child
 
-  void Type(const std::string& keys) {
-    ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  /// Types keys; whether the text comes within 20 s then.
+  bool Answers(const std::string& keys, const std::string& text) {
+    return write(terminal_, keys.data(), keys.size()) == static_cast<ssize_t>(keys.size()) && Shows(text);
   }
 
   /// Whether the text comes within 20 s, behind what earlier calls found.
@@ -61,12 +57,12 @@ public:
   }
   [[nodiscard]] const std::string& Seen() const { return seen_; }
 
-  int WaitForEnd() {
-    while (Shows("\n")) {  // up to the end of its output, or 20 s of silence
-    }
+  /// Types keys that end it; its exit code.
+  int End(const std::string& keys) {
+    for (bool more = Answers(keys, "\n"); more;) more = Shows("\n");  // up to the end, or 20 s of silence
     kill(child_, SIGKILL);
     int status = 0;
-    waitpid(std::exchange(child_, -1), &status, 0);
+    waitpid(child_, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
@@ -77,7 +73,7 @@ private:
 };
 
 TEST(ShellTest, CompletesRemembersAndGoesOnAfterMistakes) {
-  const fixtures::ScratchFolder folder;
+  const TemporaryFolder folder;
   {
     TerminalSession shell(folder.Path(), {});
     ASSERT_TRUE(shell.Shows("zrfigure> "));
@@ -85,6 +81,7 @@ TEST(ShellTest, CompletesRemembersAndGoesOnAfterMistakes) {
     const std::pair<const char*, const char*> steps[] = {
         {"op\tdrive-unit.s\t\n", "50 parts in drive-unit.step"},
         {"gen\t\n", "18 callouts added"},
+        {"align ma\tx --d\t1 2\n", "max-x --distribute 1 2"},
         {"hide \"Motor h\t\n", "1 leader hidden"},
         {"hide Pillow\t\t", "Pillow block 2"},
         {"\x03"
@@ -94,23 +91,16 @@ TEST(ShellTest, CompletesRemembersAndGoesOnAfterMistakes) {
         {"help undo\n", "Take the last change back"},
     };
     for (const auto& [keys, text] : steps) {
-      shell.Type(keys);
-      ASSERT_TRUE(shell.Shows(text)) << keys << "\n" << shell.Seen();
-      ASSERT_TRUE(shell.Shows("zrfigure> ")) << keys;
+      ASSERT_TRUE(shell.Answers(keys, text) && shell.Shows("zrfigure> ")) << keys << "\n" << shell.Seen();
     }
-    shell.Type("\x04");
-    EXPECT_EQ(shell.WaitForEnd(), 0);
+    EXPECT_EQ(shell.End("\x04"), 0);
   }
   TerminalSession later(folder.Path(), {"--no-history"});
   ASSERT_TRUE(later.Shows("zrfigure> "));
-  later.Type("\x1b[Aquit\n");
-  EXPECT_EQ(later.WaitForEnd(), 0) << later.Seen();
+  EXPECT_EQ(later.End("\x1b[Aquit\n"), 0) << "nothing is remembered here: " << later.Seen();
   TerminalSession again(folder.Path(), {});
-  ASSERT_TRUE(again.Shows("zrfigure> "));
-  again.Type("\x1b[A");
-  EXPECT_TRUE(again.Shows("help undo"));
-  again.Type("\x03quit\n");
-  EXPECT_EQ(again.WaitForEnd(), 0);
+  EXPECT_TRUE(again.Shows("zrfigure> ") && again.Answers("\x1b[A", "help undo"));
+  EXPECT_EQ(again.End("\x03quit\n"), 0);
 }
 
 }  // namespace
