@@ -20,10 +20,12 @@ protected:
   }
 
   /// "leaf leaf ..." with anchors, then "| selected ...", a text a picture.
-  [[nodiscard]] std::vector<std::string> Choose(CalloutMode mode, const std::vector<int>& pinned = {}) const {
+  [[nodiscard]] std::vector<std::string> Choose(CalloutMode mode, const std::vector<int>& pinned = {},
+                                                bool skipHidden = false) const {
     const std::vector<PlannedRow> rows = PlanFlatRows(tree_, tree_.Leaves());
     std::vector<std::string> texts;
-    for (const PictureCallouts& chosen : ChooseAnchors({tree_, rows, tree_.Leaves(), mode, pinned}, pictures_)) {
+    for (const PictureCallouts& chosen :
+         ChooseAnchors({tree_, rows, tree_.Leaves(), mode, pinned, skipHidden}, pictures_)) {
       std::string text;
       for (const VisibleRegion& region : chosen.regions) text += std::to_string(region.occurrence) + " ";
       text += "|";
@@ -54,11 +56,14 @@ TEST_F(AnchorChoiceTest, AnchorsKeepApart) {
   EXPECT_EQ(Choose(CalloutMode::OnePerItem)[0].substr(0, 6), "1 6 9 ");
 }
 
-TEST_F(AnchorChoiceTest, HiddenItemIsCalledOutOnOnePart) {
+TEST_F(AnchorChoiceTest, HiddenItemIsCalledOutOnOnePartOrSkipped) {
   Show({Region(1, 500, 500, 90), Region(9, 900, 500, 50)});
   const std::string chosen = Choose(CalloutMode::OnePerItem)[0];
   EXPECT_EQ(std::count(chosen.begin(), chosen.end(), ' '), 2 + 4) << chosen;
   EXPECT_EQ(Choose(CalloutMode::PerInstance), (Texts{"1 9 | 1 3 4 6 7 8 9"}));
+  for (const CalloutMode mode : {CalloutMode::OnePerItem, CalloutMode::PerInstance}) {
+    EXPECT_EQ(Choose(mode, {}, true), (Texts{"1 9 | 1 9"}));
+  }
 }
 
 TEST_F(AnchorChoiceTest, EachItemHasThePictureThatShowsItBest) {

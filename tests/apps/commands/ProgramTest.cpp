@@ -104,12 +104,16 @@ TEST_F(ProgramTest, EveryOutputHasTheSameBytesTwice) {
   for (const auto& [name, content] : bytes[0]) EXPECT_TRUE(content == bytes[1][name]) << name;
 }
 
-TEST_F(ProgramTest, HiddenItemIsAFindingThatStrictReports) {
+TEST_F(ProgramTest, HiddenItemIsAFindingThatStrictReportsOrSkipped) {
   const std::string model = ModelPath("Mykroscope.step");
   const ProgramResult result = RunProgram({model, "--json", "--strict"}, folder_.Path());
   EXPECT_EQ(result.exitCode, 1) << result.errors;
   EXPECT_EQ(Json::parse(result.output)["findings"][0]["rule"], "item-not-visible");
   EXPECT_EQ(RunProgram({model, "--quiet"}, folder_.Path()).exitCode, 0);
+  EXPECT_EQ(RunProgram({model, "--skip-hidden", "--strict", "--quiet"}, folder_.Path()).exitCode, 0);
+  EXPECT_EQ(RunProgram({"check", "Mykroscope.svg"}, folder_.Path()).exitCode, 0) << "the row is marked instead";
+  const ProgramResult all = RunProgram({model, "--skip-hidden", "--select", "Stage Holder"}, folder_.Path());
+  EXPECT_EQ(all.errors, "zrfigure: --skip-hidden: nothing selected can be seen\n");
 }
 
 TEST_F(ProgramTest, SheetShowsTheSameNumbersOnTheSameParts) {
