@@ -71,8 +71,8 @@ trap restore EXIT
 
 build_and_test() {  # TARGETS PATTERN
   cmake --build "$build" -j "$jobs" --target $1 >"$log" 2>&1 || { echo "DOES NOT BUILD"; return; }
-  # A fault may make a test wait for ever.
-  if timeout -k 5 180 ctest --test-dir "$build" -R "$2" --no-tests=error -j "$jobs" >"$log" 2>&1; then
+  # A fault may make a test wait for ever, or take all memory.
+  if (ulimit -v 8000000; exec timeout -k 5 180 ctest --test-dir "$build" -R "$2" --no-tests=error -j "$jobs") >"$log" 2>&1; then
     echo SURVIVED
   elif grep -q 'No tests were found' "$log"; then
     echo "NO SUCH TEST"

@@ -110,4 +110,22 @@ TEST_F(UndoneGroupChangesTest, ACalloutGoesWithTheLastPartThatIsLeftToPointAt) {
   EXPECT_EQ(Shown(), std::vector<zrtest::CalloutPtr>{both});
 }
 
+TEST_F(UndoneGroupChangesTest, ALabelWithoutItemShowsItsNextLeaderWhenThePartOfTheShownOneGoes) {
+  engine_->SetTemplate(zrtest::TemplateBuilder().Property("", "name").Build());
+  engine_->SetDrawOneForSamePart(true);
+  for (const char* part : {"bolt", "bolt#2"}) SetProperty(part, "", "name", "M8");
+  Run({"bolt", "bolt#2"});
+  const Names before{"M8: bolt bolt#2*"}, handedOn{"M8: bolt bolt#2"};
+  EXPECT_EQ(Describe(), before);
+  Edit([&](const auto& operation) { SceneEdit::RemoveInstance(scene_, PartOf("bolt").sbom, operation); });
+  EXPECT_EQ(Describe(), handedOn);
+  EXPECT_EQ(Shown().front()->GetLeaderLineCount(false), 1u);
+  Edit([&](const auto& operation) { AnnotationEdit::DeleteCallout(scene_, Shown().front(), operation); });
+  EXPECT_EQ(Describe(), Names());
+  for (const Names& state : {handedOn, before}) {
+    Undo();
+    EXPECT_EQ(Describe(), state);
+  }
+}
+
 }  // namespace

@@ -7,6 +7,7 @@
 #include <zrannotations/AnnotationEdit.h>
 #include <zrannotations/Callout.h>
 #include <zrannotations/CalloutLeader.h>
+#include <zrannotations/CalloutOperationStep.h>
 #include <zrannotations/Inset.h>
 #include <zrannotations/SymbolAnnotation.h>
 #include <zritemlist/ItemList.h>
@@ -36,6 +37,8 @@ using ScenePtr = du::SmartPtr<Illustration3dScene>;
 using PartPtr = du::SmartPtr<SbomInstance>;
 using OperationPtr = du::SmartPtr<Operation>;
 using Parts = std::vector<PartPtr>;
+using CalloutPtr = du::SmartPtr<zrannotations::Callout>;
+using LeaderVector = std::vector<du::SmartPtr<zrannotations::CalloutLeader>>;
 using Changes = std::vector<ShapePlacementStep::Change>;
 
 constexpr const char* kDisplayName = "name";
@@ -141,6 +144,15 @@ bool EndsOn(const zrannotations::CalloutLeader& leader, const std::set<const zrk
   return instance && instances.count(instance.Get()) != 0;
 }
 
+/// Shows the first of the leaders when none of them is shown.
+void ShowOne(const CalloutPtr& callout, const LeaderVector& leaders, const OperationPtr& operation) {
+  if (std::ranges::any_of(leaders, [](const auto& leader) { return !leader->IsHidden(); })) return;
+  const auto step = MakeObject<zrannotations::CalloutOperationStep>(callout);
+  leaders.front()->SetHidden(false);
+  if (operation) operation->AddStep(step);
+  callout->NotifyCalloutChanged();
+}
+
 // Callouts of items went with the items; the others would stay behind without anything to point at. A text may stand
 // alone. A callout that keeps a leader keeps the lost one too, undrawn: its part may come back.
 void DeleteCalloutsOn(const ScenePtr& scene, const Parts& parts, const OperationPtr& operation) {
@@ -150,12 +162,11 @@ void DeleteCalloutsOn(const ScenePtr& scene, const Parts& parts, const Operation
   for (const auto& annotation : set->GetAnnotations()) {
     const auto callout = du::DynamicCast<zrannotations::Callout>(annotation);
     if (!callout || callout->GetType() == zrannotations::Callout::TextType) continue;
-    const auto leaders = callout->GetLeaders();
-    const auto isLost = [&](const auto& leader) { return EndsOn(*leader, instances); };
-    const bool losesOne = std::any_of(leaders.begin(), leaders.end(), isLost);
-    const bool keepsOne = std::any_of(leaders.begin(), leaders.end(),
-                                      [&](const auto& leader) { return leader->IsResolved() && !isLost(leader); });
-    if (losesOne && !keepsOne) zrannotations::AnnotationEdit::DeleteCallout(scene, callout, operation);
+    LeaderVector kept = callout->GetLeaders();
+    const bool losesOne = std::erase_if(kept, [&](const auto& leader) { return EndsOn(*leader, instances); }) != 0;
+    std::erase_if(kept, [](const auto& leader) { return !leader->IsResolved(); });
+    if (losesOne && kept.empty()) zrannotations::AnnotationEdit::DeleteCallout(scene, callout, operation);
+    if (losesOne && !kept.empty()) ShowOne(callout, kept, operation);
   }
 }
 
