@@ -24,7 +24,8 @@ HistoryOracle::HistoryOracle(const LiveScene& live) : live_(live) {
 
 void HistoryOracle::Forget() {
   at_ = zrk::UndoHistory::GetCount(live_.scene);
-  states_.assign(at_ + zrk::UndoHistory::GetRedoCount(live_.scene) + 1, std::nullopt);
+  states_.clear();
+  states_.resize(at_ + zrk::UndoHistory::GetRedoCount(live_.scene) + 1);
 }
 
 std::string HistoryOracle::Compare(Effect effect) {
