@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include <du/LocalizableString.h>
 #include <du/SmartPtr.h>
 #include <du/Symbol.h>
 #include <zrannotations/Callout.h>
@@ -34,6 +35,7 @@ struct CalloutSnapshot {
   du::SmartPtr<zrk::illustration::TAnnotation> definition;
   std::optional<bool> markdown;
   du::Symbol text;
+  du::LocalizableString localizable;
   du::Symbol localizableSource;
   CalloutLabelPlacement label;
   /// 0 = none.

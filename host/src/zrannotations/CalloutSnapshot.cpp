@@ -12,6 +12,7 @@ CalloutSnapshot Callout::TakeSnapshot() const {
     snapshot.definition = definition_;
     snapshot.markdown = markdown_;
     snapshot.text = text_;
+    snapshot.localizable = localizableString_;
     snapshot.localizableSource = localizableString_.GetSourceText();
     snapshot.label = label_;
     snapshot.itemId = itemId_;
@@ -43,9 +44,11 @@ void Callout::RestoreText(const CalloutSnapshot& snapshot) {
   {
     const dp::MutexGuard guard(mutex_);
     text_ = snapshot.text;
+    // The record stays: its translations outlive the change that is taken back. But where localisation was set up only
+    // afterwards, the text is none that the language decides.
+    if (!localizableString_.IsEnabled() || !snapshot.localizable.IsEnabled()) localizableString_ = snapshot.localizable;
     localizable = localizableString_;
   }
-  // The record stays: its translations outlive the change that is taken back.
   if (localizable.IsEnabled()) localizable.SetSourceText(snapshot.localizableSource);
 }
 

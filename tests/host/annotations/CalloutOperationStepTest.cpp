@@ -71,4 +71,15 @@ TEST_F(CalloutOperationStepTest, RestoredTextKeepsTheRecordAndItsTranslations) {
   EXPECT_EQ(record.GetSourceText(), du::Symbol("bolt"));
 }
 
+TEST_F(CalloutOperationStepTest, ALanguageDecidesTheTextOnlyWhereItDidBefore) {
+  callout_->SetText("1", false);
+  const auto step = MakeObject<zrannotations::CalloutOperationStep>(callout_);
+  callout_->SetText("Note", false);
+  callout_->SetupLocalizationIfNecessary(false);
+  step->Undo();
+  EXPECT_FALSE(callout_->GetLocalizableString().IsEnabled());
+  step->Redo();
+  EXPECT_EQ(callout_->GetLocalizableString().GetSourceText(), du::Symbol("Note"));
+}
+
 }  // namespace zrtest
