@@ -17,7 +17,7 @@ protected:
   /// Every aspect in one line, so that a wrong one shows.
   [[nodiscard]] Log Describe() const {
     std::uint32_t itemId = 0;
-    callout_->GetItemId(itemId);
+    static_cast<void>(callout_->GetItemId(itemId));
     std::string leaders;
     for (const auto& leader : callout_->GetLeaders()) leaders += leader->IsDrawn() ? '+' : '-';
     return {callout_->GetDefinition() == first_ ? "first" : "second", callout_->GetText(false).GetString(),
