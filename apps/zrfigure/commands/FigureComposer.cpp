@@ -196,8 +196,8 @@ PartsTable ComposeFullTable(const PartsList& list, const std::string& language) 
   return table;
 }
 
-std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures, bool withoutCallout) {
-  std::vector<Finding> findings;
+std::vector<HiddenItem> FindHiddenItems(const std::vector<FigureInput>& pictures) {
+  std::vector<HiddenItem> hidden;
   std::set<unsigned> called;
   std::set<int> visible;
   for (const FigureInput& picture : pictures) {
@@ -207,13 +207,14 @@ std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures, b
   for (const ItemState& item : pictures.back().items) {
     const bool seen = std::any_of(item.occurrences.begin(), item.occurrences.end(),
                                   [&](int occurrence) { return visible.count(occurrence) > 0; });
-    if (seen || (!withoutCallout && called.count(item.id) == 0)) continue;
+    if (seen) continue;
     const OccurrenceTree& tree = pictures.back().tree;
     const std::string name = item.occurrences.empty() ? "" : tree.ProductOf(item.occurrences.front()).name;
-    findings.push_back({"item-not-visible", static_cast<int>(item.id),
-                        "item " + item.number + " (" + name + "): no part of it can be seen in this figure"});
+    hidden.push_back({{"item-not-visible", static_cast<int>(item.id),
+                       "item " + item.number + " (" + name + "): no part of it can be seen in this figure"},
+                      called.count(item.id) > 0});
   }
-  return findings;
+  return hidden;
 }
 
 }  // namespace zrfigure

@@ -41,8 +41,12 @@ struct FigureInput {
 /// The list as a table of all that is known: number, quantity, tag when any item has one, name, properties.
 [[nodiscard]] PartsTable ComposeFullTable(const PartsList& list, const std::string& language);
 
-/// An "item-not-visible" for each item that has no part that can be seen in any picture; items without a callout count
-/// only on request. The items are those of the last picture.
-[[nodiscard]] std::vector<Finding> FindHiddenItems(const std::vector<FigureInput>& pictures, bool withoutCallout);
+/// An item without a part that can be seen in any picture: "item-not-visible", a fault where it is called out.
+struct HiddenItem {
+  Finding finding;
+  bool isCalledOut = false;
+};
+/// In the order of the items of the last picture.
+[[nodiscard]] std::vector<HiddenItem> FindHiddenItems(const std::vector<FigureInput>& pictures);
 
 }  // namespace zrfigure

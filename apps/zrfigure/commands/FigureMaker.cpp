@@ -211,10 +211,10 @@ FigureDocument FigureMaker::Make() {
   FigureDocument document;
   document.report = MakeReport(results, figure);
   document.list = ComposePartsList(tree_, results.back().items);
-  for (Finding& finding : FindHiddenItems(inputs, options_.skipHidden)) {
-    const std::string id = std::to_string(finding.item);
+  for (HiddenItem& hidden : FindHiddenItems(inputs)) {
+    const std::string id = std::to_string(hidden.finding.item);
     std::ranges::find(document.list.items, id, &PartsListItem::itemId)->shown = false;
-    if (!options_.skipHidden) document.report.findings.push_back(std::move(finding));
+    if (hidden.isCalledOut) document.report.findings.push_back(std::move(hidden.finding));
   }
   const PageSetup setup{model_.sourceName, options_.page, options_.language, LeaderWeightMm(definition_),
                         options_.listPlace};

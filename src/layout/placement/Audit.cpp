@@ -69,10 +69,7 @@ bool LeaderSegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d) 
 
 bool LeadersMeet(const Item& itemA, const LabelSpot& spotA, const Item& itemB, const LabelSpot& spotB) {
   return AnySegment(itemA, spotA, [&](FixedPoint a, FixedPoint b) {
-    const FixedBox bounds = BoundsOf(a, b);
-    return AnySegment(itemB, spotB, [&](FixedPoint c, FixedPoint d) {
-      return !AreApart(bounds, BoundsOf(c, d)) && LeaderSegmentsMeet(a, b, c, d);
-    });
+    return AnySegment(itemB, spotB, [&](FixedPoint c, FixedPoint d) { return LeaderSegmentsMeet(a, b, c, d); });
   });
 }
 

@@ -50,7 +50,9 @@ bool IsOnSegment(FixedPoint a, FixedPoint b, FixedPoint c) {
 }
 
 bool SegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d) {
-  if (AreApart(BoundsOf(a, b), BoundsOf(c, d))) return false;
+  if (std::max(a.x, b.x) < std::min(c.x, d.x) || std::max(c.x, d.x) < std::min(a.x, b.x) ||
+      std::max(a.y, b.y) < std::min(c.y, d.y) || std::max(c.y, d.y) < std::min(a.y, b.y))
+    return false;
   const int abc = Sign(Orientation(a, b, c)), abd = Sign(Orientation(a, b, d));
   const int cda = Sign(Orientation(c, d, a)), cdb = Sign(Orientation(c, d, b));
   if (abc * abd < 0 && cda * cdb < 0) return true;

@@ -2,7 +2,6 @@
 // Geometry on the raster the placement computes with: 1/16 pixel in 64-bit integers, so that every predicate is exact.
 // Coordinates stay within +-kLimit, which keeps products of differences far from overflow.
 
-#include <algorithm>
 #include <compare>
 #include <cstdint>
 
@@ -46,16 +45,6 @@ struct FixedBox {
 
 /// Whether c lies on the closed segment ab.
 [[nodiscard]] bool IsOnSegment(FixedPoint a, FixedPoint b, FixedPoint c);
-
-/// Box round the segment ab.
-[[nodiscard]] inline FixedBox BoundsOf(FixedPoint a, FixedPoint b) {
-  return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
-}
-
-/// Whether the closed boxes share no point.
-[[nodiscard]] inline bool AreApart(const FixedBox& a, const FixedBox& b) {
-  return a.right < b.left || b.right < a.left || a.bottom < b.top || b.bottom < a.top;
-}
 
 /// Whether the closed segments ab and cd share a point.
 [[nodiscard]] bool SegmentsMeet(FixedPoint a, FixedPoint b, FixedPoint c, FixedPoint d);
